@@ -1,0 +1,12 @@
+# Fails when a file under src/core includes a QtGui or QtWidgets header.
+file(GLOB_RECURSE files ${SRC}/*.h ${SRC}/*.cpp)
+set(bad "")
+foreach(f ${files})
+  file(STRINGS ${f} lines REGEX "#include[ \t]*<(QtGui|QtWidgets|QPainter|QImage|QWidget|QColor|QPixmap|QApplication|QGuiApplication)")
+  if(lines)
+    list(APPEND bad "${f}: ${lines}")
+  endif()
+endforeach()
+if(bad)
+  message(FATAL_ERROR "core includes GUI headers:\n${bad}")
+endif()

@@ -1,0 +1,21 @@
+#pragma once
+
+// The subcommands of `orlan`. Each adds itself to the parser and runs from its callback.
+
+#include <CLI/CLI.hpp>
+#include <QString>
+#include <string>
+
+struct CliContext {
+  std::string home;  // --home, given before or after the subcommand
+  int exit_code = 0;
+};
+
+// Adds --home to a subcommand, so it can stand after the subcommand's name too.
+void AddHomeOption(CLI::App& sub, CliContext& context);
+
+// The setup directory as the home's settings store says, without creating anything.
+QString SetupDirectoryOf(const CliContext& context);
+
+void AddInfoCommand(CLI::App& cli, CliContext& context);
+void AddDemoCommand(CLI::App& cli, CliContext& context);

@@ -1,0 +1,202 @@
+// `orlan info FILE [--json]`: what an outing header says, readable.
+
+#include <QDateTime>
+#include <QTimeZone>
+#include <QFileInfo>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "cli/Commands.h"
+#include "core/app/Files.h"
+#include "core/app/Paths.h"
+#include "core/app/SettingsStore.h"
+#include "core/outing/ChannelDescriptors.h"
+#include "core/outing/ChannelIdentity.h"
+#include "core/outing/ConstantsBlock.h"
+#include "core/outing/OutingFormat.h"
+
+using nlohmann::ordered_json;
+
+namespace {
+
+// Text fields may hold anything: control bytes are shown as \xNN so the terminal stays sane.
+std::string Shown(const QString& text) {
+  QString out;
+  for (QChar c : text) {
+    const ushort u = c.unicode();
+    if (u < 0x20 || (u >= 0x7F && u < 0xA0)) {
+      out += QStringLiteral("\\x%1").arg(u, 2, 16, QLatin1Char('0'));
+    } else {
+      out += c;
+    }
+  }
+  return out.toStdString();
+}
+
+// A Windows file time (100 ns ticks since 1601) as calendar time; empty when out of range.
+std::string FileTimeText(uint64_t ticks) {
+  constexpr int64_t kTicksTo1970 = 116444736000000000LL;
+  if (ticks == 0 || ticks < static_cast<uint64_t>(kTicksTo1970) || ticks > 4102444800ULL * 10000000ULL + kTicksTo1970) return "";
+  const int64_t ms = static_cast<int64_t>((ticks - kTicksTo1970) / 10000);
+  return QDateTime::fromMSecsSinceEpoch(ms, QTimeZone::utc()).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toStdString();
+}
+
+std::string Number3(int v) { return QStringLiteral("%1").arg(v, 3, 10, QLatin1Char('0')).toStdString(); }
+
+// The name a channel is shown under: the header's input name, else the descriptor by key.
+std::string ChannelName(const OutingHeader& h, const ChannelDescriptorFile& dsc, int key) {
+  if (key >= 0 && key < 64) return Shown(h.InputNames[static_cast<std::size_t>(key)].text);
+  if (key < static_cast<int>(dsc.Records.size())) return Shown(dsc.Records[static_cast<std::size_t>(key)].Name.text);
+  return "";
+}
+
+ordered_json Describe(const QString& path, OutingHeader& h, const ChannelDescriptorFile& dsc) {
+  const int64_t file_size = QFileInfo(path).size();
+  ordered_json j;
+  j["File"] = path.toStdString();
+  j["FileSize"] = file_size;
+  j["Date"] = FileTimeText(h.StartFileTime);
+  j["StartFileTime"] = h.StartFileTime;
+  j["Driver"] = Shown(h.Driver);
+  j["TrackName"] = Shown(h.TrackName);
+  j["Chassis"] = Shown(h.Chassis);
+  j["Comment1"] = Shown(h.Comment1);
+  j["Comment2"] = Shown(h.Comment2);
+  j["SessionText"] = "[" + Number3(h.SessionNumber) + "." + Number3(h.RunNumber) + "." + Number3(h.LastOutingNumber) + "]";
+  j["SystemName"] = Shown(h.SystemName);
+  j["Version"] = Shown(h.Version);
+  j["Firmware"] = h.Firmware;
+  j["LcuSerial"] = h.LcuSerial;
+  j["Converted"] = h.LcuSerial == kConvertedSerial;
+  j["Checksum"] = QStringLiteral("%1H").arg(h.Checksum, 4, 16, QLatin1Char('0')).toUpper().toStdString();
+  j["MemoryBlocks"] = h.MemoryBlocks;
+  j["RunSeconds"] = h.RunSeconds;
+  j["Resets"] = h.Resets;
+  j["SystemFlags"] = h.SystemFlags;
+  j["Cyclic"] = h.Cyclic;
+  j["EndTime"] = h.EndTime;
+  const CyclicTimes cyclic = CyclicTimeBase(h);
+  if (h.Cyclic > 0) {
+    j["RawEndTime"] = h.RawEndTime;
+    j["CyclicShift"] = cyclic.Shift;
+    j["TrueEndTime"] = cyclic.TrueEndTime;
+  }
+  j["BeaconCount"] = h.BeaconCount;
+  ordered_json beacons = ordered_json::array();
+  for (int i = 0; i < std::min<int>(h.BeaconCount, 255); ++i) beacons.push_back(h.BeaconTimes[static_cast<std::size_t>(i)] - cyclic.Shift);
+  j["BeaconTimes"] = beacons;
+  j["LoggedChannels"] = h.LoggedChannels;
+
+  const std::vector<int64_t> offsets = ChannelBlockOffsets(h);
+  ordered_json channels = ordered_json::array();
+  for (int i = 0; i + 1 < static_cast<int>(offsets.size()); ++i) {
+    const ChannelTableEntry& e = h.ChannelTable[static_cast<std::size_t>(i)];
+    const float rate = RateFromCode(e.RateCode, h.SystemFlags);
+    const int64_t length = ChannelBlockLength(h, i);
+    ordered_json c;
+    c["Index"] = i;
+    c["Key"] = e.Key;
+    c["Name"] = ChannelName(h, dsc, e.Key);
+    c["Source"] = ChannelSourceName(e.Key).toStdString();
+    c["RateCode"] = e.RateCode;
+    c["Rate"] = rate;
+    c["Hz"] = static_cast<double>(rate) * 1000.0;
+    c["WordSize"] = e.WordSize;
+    c["SampleType"] = SampleTypeName(SampleTypeFor(e.WordSize, e.Key, h.LcuSerial));
+    c["BlockOffset"] = offsets[static_cast<std::size_t>(i)];
+    c["BlockLength"] = length;
+    c["Samples"] = e.WordSize > 0 && length > 0 ? length / e.WordSize : 0;
+    channels.push_back(c);
+  }
+  j["Channels"] = channels;
+
+  std::vector<ConstantEntry> constants;
+  if (ReadConstantsBlock(path, offsets.back(), constants)) {
+    ordered_json cs = ordered_json::array();
+    for (const ConstantEntry& c : constants) cs.push_back({{"Name", Shown(c.Name)}, {"Value", c.Value}});
+    j["Constants"] = cs;
+  }
+  ordered_json problems = ordered_json::array();
+  for (const QString& p : CheckOutingLayout(h, file_size)) problems.push_back(p.toStdString());
+  j["Problems"] = problems;
+  return j;
+}
+
+void PrintText(const ordered_json& j) {
+  auto line = [](const char* label, const std::string& value) { std::printf("%-14s %s\n", label, value.c_str()); };
+  line("File", j["File"].get<std::string>() + "  (" + std::to_string(j["FileSize"].get<int64_t>()) + " bytes)");
+  line("Date", j["Date"].get<std::string>());
+  line("Driver", j["Driver"].get<std::string>());
+  line("Track", j["TrackName"].get<std::string>());
+  line("Chassis", j["Chassis"].get<std::string>());
+  line("Comment 1", j["Comment1"].get<std::string>());
+  line("Comment 2", j["Comment2"].get<std::string>());
+  line("Session", j["SessionText"].get<std::string>());
+  line("System", j["SystemName"].get<std::string>());
+  line("Version", j["Version"].get<std::string>() + "   firmware " + std::to_string(j["Firmware"].get<int>()));
+  line("LCU", std::to_string(j["LcuSerial"].get<int>()) + (j["Converted"].get<bool>() ? "  (converted outing)" : ""));
+  line("Checksum", j["Checksum"].get<std::string>());
+  const int run = j["RunSeconds"].get<int>();
+  char run_text[16];
+  std::snprintf(run_text, sizeof run_text, "%02d:%02d", run / 60, run % 60);
+  line("Run time", run_text);
+  line("Cyclic", std::to_string(j["Cyclic"].get<int>()));
+  line("End time", std::to_string(j["EndTime"].get<int>()) + " ms" +
+                       (j.contains("TrueEndTime") ? "  (true end " + std::to_string(j["TrueEndTime"].get<int64_t>()) + " ms)" : ""));
+  std::string beacons;
+  for (const auto& b : j["BeaconTimes"]) beacons += std::to_string(b.get<int64_t>()) + " ";
+  line("Beacons", std::to_string(j["BeaconCount"].get<int>()) + ": " + beacons);
+  std::printf("\n%5s %5s  %-32s %-10s %8s %5s %5s %10s %10s\n", "Index", "Key", "Name", "Source", "Hz", "Word", "Type",
+              "Offset", "Length");
+  for (const auto& c : j["Channels"]) {
+    std::printf("%5d %5d  %-32s %-10s %8g %5d %5s %10lld %10lld\n", c["Index"].get<int>(), c["Key"].get<int>(),
+                c["Name"].get<std::string>().c_str(), c["Source"].get<std::string>().c_str(), c["Hz"].get<double>(),
+                c["WordSize"].get<int>(), c["SampleType"].get<std::string>().c_str(),
+                static_cast<long long>(c["BlockOffset"].get<int64_t>()), static_cast<long long>(c["BlockLength"].get<int64_t>()));
+  }
+  if (j.contains("Constants")) {
+    std::printf("\nConstants\n");
+    for (const auto& c : j["Constants"]) std::printf("  %-32s %g\n", c["Name"].get<std::string>().c_str(), c["Value"].get<double>());
+  }
+  for (const auto& p : j["Problems"]) std::printf("Problem: %s\n", p.get<std::string>().c_str());
+}
+
+}  // namespace
+
+void AddInfoCommand(CLI::App& cli, CliContext& context) {
+  auto* sub = cli.add_subcommand("info", "Show what an outing file's header says");
+  auto file = std::make_shared<std::string>();
+  auto json = std::make_shared<bool>(false);
+  sub->add_option("FILE", *file, "Outing file (*.DAT, *.CNV)")->required();
+  sub->add_flag("--json", *json, "Print one JSON object, for scripts");
+  AddHomeOption(*sub, context);
+  sub->callback([file, json, &context] {
+    const QString path = QString::fromStdString(*file);
+    OutingHeader header;
+    QString error;
+    if (!FileExists(path) || !ReadOutingHeader(path, header, &error)) {
+      std::fprintf(stderr, "Unable to open file %s\n", file->c_str());
+      context.exit_code = 1;
+      return;
+    }
+    ChannelDescriptorFile dsc;  // names of built-in channels, when the home has its CHANNEL.DSC
+    ReadChannelDescriptorFile(JoinPath(SetupDirectoryOf(context), kChannelDscFileName), dsc);
+    const ordered_json j = Describe(path, header, dsc);
+    if (*json) {
+      std::printf("%s\n", j.dump(2).c_str());
+    } else {
+      PrintText(j);
+    }
+    if (!j["Problems"].empty()) context.exit_code = 2;
+  });
+}
+
+void AddHomeOption(CLI::App& sub, CliContext& context) {
+  sub.add_option("--home", context.home, "Home folder (default $ORLAN_HOME, else ~/Orlan Vector)");
+}
+
+QString SetupDirectoryOf(const CliContext& context) {
+  const QString home = ResolveHome(QString::fromStdString(context.home));
+  const SettingsStore store(JoinPath(home, QStringLiteral("Settings")));
+  return store.Read(kAppFamily, QStringLiteral("Paths"), QStringLiteral("SetupDirectory"), DefaultPaths(home).SetupDirectory);
+}

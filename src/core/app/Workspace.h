@@ -1,0 +1,70 @@
+#pragma once
+
+// All state of the program in one object, made at start-up and passed by reference: the
+// settings, paths and options, the channel descriptors, the math definitions and constants, the
+// report list, the folders, and the one work copy of an outing header.
+
+#include <QString>
+#include <array>
+#include <vector>
+
+#include "core/app/Messages.h"
+#include "core/app/Options.h"
+#include "core/app/Paths.h"
+#include "core/app/SettingsStore.h"
+#include "core/compute/MathDefinitions.h"
+#include "core/outing/ChannelDescriptors.h"
+#include "core/outing/OutingHeader.h"
+#include "core/reports/ReportFile.h"
+#include "core/workspace/FolderTable.h"
+
+inline constexpr int kPaletteSize = 20;
+
+struct Workspace {
+  // `home` is the folder that holds the settings files and the default directories.
+  Workspace(Messages& messages, const QString& home);
+
+  Messages& messages;
+  QString Home;
+  SettingsStore Settings;
+
+  // Start-up
+  QString VersionText;  // "8.0.0": stamps converted headers
+  QString Title;
+  QString HelpFilePath;  // empty when no help file was found
+  PathSettings Paths;
+
+  // Options
+  AnalysisOptions Options;
+  ChannelListOptions ChannelLists;
+  ReportOptions ReportSettings;
+  PrintOptions Print;
+  TrackReportOptions TrackReport;
+  std::array<int, kPaletteSize> Palette{};
+  std::array<QString, 4> UserLevels;
+
+  // Channel descriptors (CHANNEL.DSC)
+  ChannelDscHead DscHead;
+  std::vector<ChannelDescriptor> ChannelDsc;
+  int ChannelDscCount = 0;
+  std::array<QString, kChannelGroupCount> GroupNames;
+
+  // Math definitions (MATHCHL.DEF) and global constants (CONSTANT.DEF)
+  std::vector<MathDefRec> MathDefs;
+  int MathCount = 0;
+  std::array<QString, kMathFunctionCount> MathFunctions;
+  std::vector<ConstantRec> GlobalConstants;
+  int GlobalConstantCount = 0;
+
+  // Report layouts (EXCEL.RPT)
+  std::vector<ReportRec> Reports;
+
+  // Folders and the outing being processed
+  std::array<FolderRec, kFolderCount> FolderTable;
+  int16_t CurFolder = 0;
+  int16_t CurOuting = 0;
+
+  // The one work copy of an outing header. Nothing may hold on to it across a load of
+  // another header.
+  OutingHeader OutingHdr;
+};
