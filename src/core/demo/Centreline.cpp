@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QTextStream>
 #include <cmath>
+#include <utility>
 
 #include "core/app/Files.h"
 
@@ -16,6 +17,7 @@ constexpr int kMinPoints = 10;
 
 bool ReadCentreline(const QString& path, Centreline& out, QString* error) {
   out = Centreline{};
+  Centreline read;  // handed out only when the whole file has read
   QFile f(path);
   if (!f.open(QIODevice::ReadOnly | QIODevice::Text)) {
     if (error) *error = QStringLiteral("Unable to open %1: %2").arg(path, f.errorString());
@@ -42,27 +44,26 @@ bool ReadCentreline(const QString& path, Centreline& out, QString* error) {
         return false;
       }
     }
-    out.X.push_back(xy[0]);
-    out.Y.push_back(xy[1]);
+    read.X.push_back(xy[0]);
+    read.Y.push_back(xy[1]);
   }
-  const int n = static_cast<int>(out.X.size());
+  const int n = static_cast<int>(read.X.size());
   if (n < kMinPoints) {
     if (error) *error = QStringLiteral("%1 has %2 points; a circuit needs at least %3").arg(path).arg(n).arg(kMinPoints);
-    out = Centreline{};
     return false;
   }
   double length = 0;
   for (int i = 0; i < n; ++i) {
     const int j = (i + 1) % n;
-    length += std::hypot(out.X[j] - out.X[i], out.Y[j] - out.Y[i]);
+    length += std::hypot(read.X[j] - read.X[i], read.Y[j] - read.Y[i]);
   }
   if (!(length > 0)) {
     if (error) *error = QStringLiteral("%1: the line has zero length").arg(path);
-    out = Centreline{};
     return false;
   }
-  out.Length = length;
-  out.Name = QFileInfo(path).completeBaseName();
+  read.Length = length;
+  read.Name = QFileInfo(path).completeBaseName();
+  out = std::move(read);
   return true;
 }
 

@@ -254,8 +254,8 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
   const int fast_lap = laps > 0 ? std::min(laps - 1, static_cast<int>(random.Uniform() * laps)) : -1;
   for (int l = 0; l < laps; ++l) {
     const double zg = std::fabs(random.Normal()), zb = std::fabs(random.Normal());
-    lap_grip[l] = l == fast_lap ? 1.0 - 0.15 * var : 1.0 - var * (0.6 + zg);
-    lap_brake[l] = l == fast_lap ? 1.0 - 0.2 * var : 1.0 - 1.5 * var * (0.4 + zb);
+    lap_grip[l] = l == fast_lap ? 1.0 - 0.05 * var : 1.0 - var * (0.45 + 0.6 * zg);
+    lap_brake[l] = l == fast_lap ? 1.0 - 0.1 * var : 1.0 - var * (0.4 + zb);
   }
   const int nodes = static_cast<int>(M * ds / kVariationNodeM) + 2;
   std::vector<double> wander_grip(nodes), wander_brake(nodes);
@@ -296,7 +296,8 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     const double denom = std::fabs(k[j]) - grip[j] * car.mu * lift_per_v2;
     double v = denom > 1e-9 ? std::sqrt(a_lat / denom) : top_speed;
     v = std::min(v, top_speed);
-    if (s < kPitZoneM || (M - j) * ds < kPitZoneM) v = std::min(v, pit_speed);
+    // One step past the zone, so that no step leaving it speeds up inside it.
+    if (s <= kPitZoneM + ds || (M - j) * ds <= kPitZoneM + ds) v = std::min(v, pit_speed);
     limit[j] = v;
   }
   limit[0] = limit[M] = 0;
@@ -381,7 +382,7 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
   BandNoise wheel_noise[4] = {BandNoise(0.01), BandNoise(0.01), BandNoise(0.01), BandNoise(0.01)};
   BandNoise damper_noise[4] = {BandNoise(0.003), BandNoise(0.003), BandNoise(0.003), BandNoise(0.003)};
   BandNoise oil_noise(0.05), fuel_p_noise(0.05), battery_noise(0.2), gps_x(2.0), gps_y(2.0), gps_alt(1.0);
-  LowPass throttle_pedal(0.025, 0), brake_pedal(0.015, 0);
+  LowPass throttle_pedal(0.015, 0), brake_pedal(0.010, 0);
   LowPass chassis_lat(0.05, 0), chassis_long(0.05, 0);
   LowPass water(60, 58), oil(150, 52);
   double fuel_used = 0;
@@ -447,7 +448,7 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     const double rear_slip = 0.035 * drive_use - 0.02 * brake_use;
     const double front_slip = -0.025 * brake_use;
     double rpm = RpmAt(car, gear, v * (1 + rear_slip));
-    if (gear == 1 && a > 0.5 && rpm < kLaunchRpm) rpm = kLaunchRpm;  // clutch slipping off the line
+    if (gear == 1 && a > 0.5 && v < 10 && rpm < kLaunchRpm) rpm = kLaunchRpm;  // clutch slipping off the line
     rpm = std::clamp(std::max(rpm, car.idle_rpm), 0.0, car.rpm_limit);
     out.Rpm[i] = static_cast<float>(rpm + 15 * rpm_noise.Next(random));
     out.Gear[i] = static_cast<float>(gear);

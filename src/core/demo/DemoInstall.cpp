@@ -1,0 +1,93 @@
+#include "core/demo/DemoInstall.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include "core/app/Files.h"
+#include "core/app/Workspace.h"
+#include "core/demo/DemoOutings.h"
+#include "core/demo/FactoryDescriptors.h"
+
+namespace {
+
+// Formulas an engineer sets up first: slip, combined grip, fuel mass, roll.
+const QStringList kDemoMath = {
+    QStringLiteral("Rear_Slip[001] = ( WHEEL SPEED RL + WHEEL SPEED RR ) / ( WHEEL SPEED FL + WHEEL SPEED FR ) * 100 - 100"),
+    QStringLiteral("Combined_G[002] = Sqrt ( LATERAL G * LATERAL G + LONG G * LONG G )"),
+    QStringLiteral("Fuel_Mass[003] = FUEL USED * Fuel Density"),
+    QStringLiteral("Front_Roll[004] = DAMPER FL - DAMPER FR"),
+};
+
+const std::vector<ConstantRec> kDemoConstants = {
+    {QStringLiteral("Brake Bias"), QStringLiteral("57.5")},
+    {QStringLiteral("Front Weight"), QStringLiteral("0.45")},
+    {QStringLiteral("Fuel Density"), QStringLiteral("0.745")},
+    {QStringLiteral("Wheelbase"), QStringLiteral("3.0")},
+    {QStringLiteral("Final Drive"), QStringLiteral("3.2")},
+};
+
+// Writes a file only when it is not there; `write` makes it.
+template <class F>
+bool MakeIfMissing(const QString& path, DemoResult& result, QString* error, F write) {
+  if (QFileInfo::exists(path)) {
+    result.Kept << path;
+    return true;
+  }
+  if (!write()) {
+    if (error && error->isEmpty()) *error = QStringLiteral("Unable to write %1").arg(path);
+    return false;
+  }
+  result.Written << path;
+  return true;
+}
+
+bool MakeOuting(const DemoOutingSpec& spec, const QString& path, QString* error) {
+  Centreline line;
+  const QString csv = JoinPath(JoinPath(ShippedDataDirectory(), QStringLiteral("tracks")), spec.Circuit + ".csv");
+  if (!ReadCentreline(csv, line, error)) return false;
+  SimulationOptions options;
+  options.flying_laps = spec.FlyingLaps;
+  options.seed = spec.Seed;
+  return WriteDemoOuting(spec, SimulateOuting(line, CarModel{}, options), path, error);
+}
+
+}  // namespace
+
+QString ShippedDataDirectory() {
+  const QByteArray env = qgetenv("ORLAN_DATA_DIR");
+  if (!env.isEmpty()) return QString::fromLocal8Bit(env);
+  const QString installed = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/orlan"));
+  if (QFileInfo::exists(JoinPath(installed, QStringLiteral("tracks")))) return QDir::cleanPath(installed);
+  return QStringLiteral(ORLAN_SOURCE_DATA_DIR);
+}
+
+bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult& result, QString* error) {
+  Workspace ws(messages, home);
+  ReadPaths(ws);  // makes the directories
+  WritePaths(ws);
+
+  const QString dsc = ChannelDscPath(ws);
+  bool ok = MakeIfMissing(dsc, result, error, [&] {
+    ChannelDescriptorFile file = FactoryChannelDescriptors();
+    return WriteFileAtomically(dsc, ChannelDescriptorFileBytes(file), error);
+  });
+  ok = ok && MakeIfMissing(JoinPath(ws.Paths.MathDirectory, kMathDefFileName), result, error, [&] {
+    ws.MathDefs.assign(kMathDefRows, MathDefRec{});
+    ws.MathCount = static_cast<int>(kDemoMath.size());
+    for (int i = 0; i < ws.MathCount; ++i) ws.MathDefs[static_cast<std::size_t>(i)].Line = kDemoMath[i];
+    return SaveMathDefs(ws);
+  });
+  ok = ok && MakeIfMissing(JoinPath(ws.Paths.MathDirectory, kConstantFileName), result, error, [&] {
+    ws.GlobalConstants = kDemoConstants;
+    ws.GlobalConstantCount = static_cast<int>(kDemoConstants.size());
+    return SaveGlobalConstants(ws);
+  });
+  for (const DemoOutingSpec& spec : DemoOutingSpecs()) {
+    if (!ok) break;
+    const QString path = JoinPath(ws.Paths.DataDirectory, spec.FileName);
+    ok = MakeIfMissing(path, result, error, [&] { return MakeOuting(spec, path, error); });
+    result.Outings << path;
+  }
+  return ok;
+}

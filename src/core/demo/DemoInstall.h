@@ -1,0 +1,23 @@
+#pragma once
+
+// `orlan demo`: a complete installation in a home folder, for someone who has no data yet:
+// the directories, a factory CHANNEL.DSC, math definitions and constants, and simulated outings.
+
+#include <QString>
+#include <QStringList>
+
+class Messages;
+
+// Where the shipped data (circuit centrelines) lies: $ORLAN_DATA_DIR, the installed share
+// folder beside the program, or the source tree.
+QString ShippedDataDirectory();
+
+struct DemoResult {
+  QStringList Written;  // files made by this run
+  QStringList Kept;     // files that were there already and are left as they are
+  QStringList Outings;  // every demo outing, made or kept
+};
+
+// Makes what is missing of the demo installation in `home`; never overwrites a file that is
+// there. False, with the reason in `error`, when a file cannot be made.
+bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult& result, QString* error);

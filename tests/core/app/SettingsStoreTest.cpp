@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "core/app/Options.h"
+#include "core/app/Paths.h"
+#include "core/app/SettingsStore.h"
+#include "core/app/Startup.h"
+#include "core/app/Workspace.h"
+
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+
+namespace {
+
+TEST(SettingsStore, ReadGivesTheDefaultUntilTheKeyIsWritten) {
+  QTemporaryDir dir;
+  SettingsStore s(dir.path());
+  EXPECT_EQ(s.Read(kAppAnalysis, "Reports", "Template", "none"), "none");
+  s.Write(kAppAnalysis, "Reports", "Template", "C:\\Reports\\Lap.xls");
+  EXPECT_EQ(s.Read(kAppAnalysis, "Reports", "Template", "none"), "C:\\Reports\\Lap.xls");
+  // The same section and key under another application is another key.
+  EXPECT_EQ(s.Read(kAppFamily, "Reports", "Template", "none"), "none");
+  EXPECT_EQ(s.Read(kAppUsb, "Reports", "Template", "none"), "none");
+}
+
+// Folder sections ("UserOptions\F3") and the palette live below "UserOptions": listing a section
+// must give its own keys only, or a reader of "UserOptions" would see the folders' keys.
+TEST(SettingsStore, SectionsWithABackslashAreLevelsBelowTheirParent) {
+  QTemporaryDir dir;
+  SettingsStore s(dir.path());
+  s.Write(kAppAnalysis, "UserOptions", "ZoomPercent", "40");
+  s.Write(kAppAnalysis, "UserOptions", "StatusBar", "True");
+  s.Write(kAppAnalysis, "UserOptions\\F3", "HistoBins", "30");
+  s.Write(kAppAnalysis, "UserOptions\\Palette", "Color00", "255");
+  s.Write(kAppAnalysis, "Indicators\\F1", "Name\\B3", "Pit Limiter");
+
+  QStringList top = s.ListSection(kAppAnalysis, "UserOptions");
+  top.sort();
+  EXPECT_EQ(top, QStringList({"StatusBar", "ZoomPercent"}));
+  EXPECT_EQ(s.ListSection(kAppAnalysis, "UserOptions\\F3"), QStringList({"HistoBins"}));
+  EXPECT_EQ(s.ListSection(kAppAnalysis, "UserOptions\\Palette"), QStringList({"Color00"}));
+  EXPECT_TRUE(s.ListSection(kAppAnalysis, "UserOptions\\F4").isEmpty());
+  EXPECT_EQ(s.Read(kAppAnalysis, "UserOptions\\F3", "ZoomPercent", "-"), "-");
+  EXPECT_EQ(s.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
+
+  // Another store on the same folder (another program of the family) sees it after a sync.
+  s.SyncAll();
+  SettingsStore other(dir.path());
+  EXPECT_EQ(other.Read(kAppAnalysis, "UserOptions\\F3", "HistoBins", ""), "30");
+  EXPECT_EQ(other.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
+  EXPECT_EQ(other.ListSection(kAppAnalysis, "UserOptions\\Palette"), QStringList({"Color00"}));
+}
+
+// Booleans are "True"/"False" as the family writes them; the older programs wrote -1 and 0.
+TEST(SettingsStore, BooleansReadAsTheFamilyWritesThem) {
+  struct Case {
+    const char* stored;  // nullptr: key absent
+    bool def;
+    bool expected;
+  };
+  const Case cases[] = {
+      {"True", false, true}, {"False", true, false}, {"-1", false, true},
+      {"0", true, false},    {nullptr, true, true},  {nullptr, false, false},
+  };
+  QTemporaryDir dir;
+  SettingsStore s(dir.path());
+  for (const Case& c : cases) {
+    if (c.stored) s.Write(kAppAnalysis, "UserOptions", "ProcessBeacon", c.stored);
+    else s.DeleteKey(kAppAnalysis, "UserOptions", "ProcessBeacon");
+    EXPECT_EQ(s.ReadBool(kAppAnalysis, "UserOptions", "ProcessBeacon", c.def), c.expected)
+        << (c.stored ? c.stored : "(absent)") << " default " << c.def;
+  }
+  s.WriteBool(kAppUsb, "Download", "New", true);
+  EXPECT_EQ(s.Read(kAppUsb, "Download", "New", ""), "True");
+  s.WriteBool(kAppUsb, "Download", "New", false);
+  EXPECT_EQ(s.Read(kAppUsb, "Download", "New", ""), "False");
+}
+
+TEST(SettingsStore, NumbersReadBackAndFallBackToTheDefault) {
+  QTemporaryDir dir;
+  SettingsStore s(dir.path());
+  s.WriteInt(kAppAnalysis, "Track\\F2", "MinimumLaptime", 95);
+  s.WriteDouble(kAppAnalysis, "UserOptions", "ZoomPercent", 37.5);
+  s.Write(kAppAnalysis, "UserOptions", "ScrollPercent", "a lot");
+  EXPECT_EQ(s.ReadInt(kAppAnalysis, "Track\\F2", "MinimumLaptime", 0), 95);
+  EXPECT_EQ(s.ReadDouble(kAppAnalysis, "UserOptions", "ZoomPercent", 50), 37.5);
+  EXPECT_EQ(s.ReadDouble(kAppAnalysis, "UserOptions", "ScrollPercent", 25), 25);
+  EXPECT_EQ(s.ReadInt(kAppAnalysis, "Track\\F3", "MinimumLaptime", 7), 7);
+}
+
+// What one run writes at its end is what the next run starts with.
+TEST(SettingsStore, OptionsSavedAtShutDownAreReadByTheNextStart) {
+  QTemporaryDir home;
+  RecordingMessages messages;
+  auto first = std::make_unique<Workspace>(messages, home.path());
+  ReadPaths(*first);
+  ReadRegistryData(*first);
+  first->Options.ProcessBeacon = false;
+  first->Options.ZoomPercent = 35;
+  first->ChannelLists.xSelectGPS = false;
+  FolderRec& f3 = first->FolderTable[2];
+  f3.Name = "Wet Test";
+  f3.MinimumLaptime = 61;
+  f3.TrackCorrection = 5;
+  f3.LapsDisplayed = 3;
+  f3.Options.UpdateOnNewData = true;
+  f3.Options.HistoBins = 40;
+  f3.Options.Bits[3].Name = "Pit Limiter";
+  ShutDown(*first);
+
+  auto second = std::make_unique<Workspace>(messages, home.path());
+  ReadPaths(*second);
+  ReadRegistryData(*second);
+  EXPECT_FALSE(second->Options.ProcessBeacon);
+  EXPECT_EQ(second->Options.ZoomPercent, 35);
+  EXPECT_FALSE(second->ChannelLists.xSelectGPS);
+  const FolderRec& g3 = second->FolderTable[2];
+  EXPECT_EQ(g3.Name, "Wet Test");
+  EXPECT_EQ(g3.MinimumLaptime, 61);
+  EXPECT_EQ(g3.TrackCorrection, 5);
+  EXPECT_EQ(g3.LapsDisplayed, 3);
+  EXPECT_TRUE(g3.Options.UpdateOnNewData);
+  EXPECT_EQ(g3.Options.HistoBins, 40);
+  EXPECT_EQ(g3.Options.Bits[3].Name, "Pit Limiter");
+  // The neighbours keep their own values.
+  EXPECT_EQ(second->FolderTable[3].Name, "Folder4");
+  EXPECT_FALSE(second->FolderTable[1].Options.UpdateOnNewData);
+  EXPECT_EQ(second->FolderTable[1].MinimumLaptime, 0);
+}
+
+TEST(Paths, DefaultsLieUnderTheHome) {
+  struct Case {
+    QString PathSettings::*member;
+    const char* under;  // "" is the home itself
+  };
+  const Case cases[] = {
+      {&PathSettings::HexDirectory, ""},          {&PathSettings::DataDirectory, "Data"},
+      {&PathSettings::SetupDirectory, "Setup"},   {&PathSettings::TrackDirectory, "Track"},
+      {&PathSettings::ReportDirectory, "Reports"}, {&PathSettings::MapDirectory, "Maps"},
+      {&PathSettings::LibsDirectory, "Libs"},     {&PathSettings::PathDirectory, "Data"},
+      {&PathSettings::MathDirectory, "Math"},     {&PathSettings::TelemDirectory, "Data/Telem"},
+  };
+  QTemporaryDir home;
+  const PathSettings paths = DefaultPaths(home.path());
+  for (const Case& c : cases) {
+    const QString expected = QDir::cleanPath(home.path() + '/' + c.under);
+    EXPECT_EQ(QDir::cleanPath(QDir::fromNativeSeparators(paths.*(c.member))), expected) << c.under;
+  }
+
+  RecordingMessages messages;
+  Workspace ws(messages, home.path());
+  ReadPaths(ws);
+  for (const Case& c : cases) EXPECT_TRUE(QFileInfo(ws.Paths.*(c.member)).isDir()) << c.under;
+  EXPECT_TRUE(QFileInfo(home.path() + "/Sample").isDir());
+}
+
+// The paths are shared with the downloader and the other programs through "Orlan Vector", "Paths".
+TEST(Paths, ASecondStartFindsWhatTheFirstWrote) {
+  QTemporaryDir home;
+  QTemporaryDir elsewhere;
+  RecordingMessages messages;
+  PathSettings written;
+  {
+    Workspace ws(messages, home.path());
+    ReadPaths(ws);
+    ws.Paths.DataDirectory = elsewhere.path() + "/Outings";
+    ws.Paths.MathDirectory = elsewhere.path() + "/Formulas";
+    written = ws.Paths;
+    ShutDown(ws);
+  }
+  Workspace again(messages, home.path());
+  EXPECT_EQ(again.Settings.Read(kAppFamily, "Paths", "DataDirectory", ""), written.DataDirectory);
+  EXPECT_EQ(again.Settings.Read(kAppFamily, "Paths", "SetupDirectory", ""), written.SetupDirectory);
+  ReadPaths(again);
+  EXPECT_EQ(again.Paths.HexDirectory, written.HexDirectory);
+  EXPECT_EQ(again.Paths.DataDirectory, written.DataDirectory);
+  EXPECT_EQ(again.Paths.MathDirectory, written.MathDirectory);
+  EXPECT_EQ(again.Paths.SetupDirectory, written.SetupDirectory);
+  EXPECT_EQ(again.Paths.TelemDirectory, written.TelemDirectory);
+  EXPECT_TRUE(QFileInfo(written.MathDirectory).isDir());
+}
+
+TEST(Paths, HomeComesFromTheOverrideThenOrlanHomeThenTheUsersHome) {
+  const QByteArray saved = qgetenv("ORLAN_HOME");
+  const bool had = qEnvironmentVariableIsSet("ORLAN_HOME");
+  QTemporaryDir a;
+  QTemporaryDir b;
+
+  qputenv("ORLAN_HOME", b.path().toLocal8Bit());
+  EXPECT_EQ(ResolveHome(a.path() + "/x/.."), QDir::cleanPath(a.path()));
+  EXPECT_EQ(ResolveHome(), QDir::cleanPath(b.path()));
+  qunsetenv("ORLAN_HOME");
+  EXPECT_EQ(ResolveHome(), QDir::cleanPath(QDir::homePath() + "/Orlan Vector"));
+
+  if (had) qputenv("ORLAN_HOME", saved);
+}
+
+}  // namespace

@@ -1,0 +1,248 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstring>
+#include <memory>
+#include <random>
+
+#include "core/app/Paths.h"
+#include "core/app/Workspace.h"
+#include "core/outing/ChannelDescriptors.h"
+#include "core/outing/ChannelIdentity.h"
+
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+
+namespace {
+
+void PutText(QByteArray& b, int at, int width, const char* text) {
+  const int n = static_cast<int>(std::strlen(text));
+  for (int i = 0; i < width; ++i) b[at + i] = i < n ? text[i] : ' ';
+}
+
+uint32_t Get(const QByteArray& b, int at, int width) {
+  uint32_t v = 0;
+  for (int i = 0; i < width; ++i) v |= static_cast<uint32_t>(static_cast<uint8_t>(b[at + i])) << (8 * i);
+  return v;
+}
+
+uint32_t FloatBits(float f) {
+  uint32_t u;
+  std::memcpy(&u, &f, 4);
+  return u;
+}
+
+// A head with a title, a version, clean group names and the given filler in its closing bytes.
+QByteArray Head(char filler = '\0') {
+  QByteArray b(256, filler);
+  PutText(b, 0, 16, "ORLAN CHANNELS");
+  PutText(b, 16, 8, "8.0");
+  const char* groups[10] = {"Analog", "Digital", "Serial", "ECU", "OBM", "GPS", "PCU", "Math", "", "Spare"};
+  for (int g = 0; g < 10; ++g) PutText(b, 24 + 16 * g, 16, groups[g]);
+  return b;
+}
+
+QByteArray RandomBytes(int n, uint32_t seed) {
+  std::mt19937 rng(seed);
+  QByteArray b(n, '\0');
+  for (char& c : b) c = static_cast<char>(rng());
+  return b;
+}
+
+QString WriteTemp(const QTemporaryDir& dir, const QByteArray& bytes) {
+  const QString path = dir.path() + "/CHANNEL.DSC";
+  QFile f(path);
+  f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+  f.write(bytes);
+  return path;
+}
+
+QByteArray ReadAll(const QString& path) {
+  QFile f(path);
+  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+TEST(ChannelDescriptors, RecordCountRoundsHalvesToEven) {
+  struct Case {
+    int64_t length;
+    int records;
+  };
+  const Case cases[] = {
+      {0, 0},         {100, 0},       {256, 0},       {256 + 63, 0},  {256 + 64, 0},  {256 + 65, 1},
+      {256 + 128, 1}, {256 + 191, 1}, {256 + 192, 2}, {256 + 320, 2}, {256 + 448, 4}, {256 + 1027 * 128, 1027},
+  };
+  for (const Case& c : cases) EXPECT_EQ(DescriptorRecordCount(c.length), c.records) << c.length;
+}
+
+// A record cut short by the end of the file is read with zeros and written back whole.
+TEST(ChannelDescriptors, AShortLastRecordIsPaddedWithZeros) {
+  QTemporaryDir dir;
+  QByteArray bytes = Head() + RandomBytes(128, 1);
+  QByteArray part(64, '\0');
+  PutText(part, 0, 32, "Brake Press Front");
+  PutText(part, 32, 16, "bar");
+  bytes += part;  // 256 + 192 bytes: two records, the second half there
+
+  ChannelDescriptorFile file;
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, bytes), file));
+  ASSERT_EQ(file.Records.size(), 2u);
+  const ChannelDescriptor& r = file.Records[1];
+  EXPECT_EQ(r.Name.text, "Brake Press Front");
+  EXPECT_EQ(r.Units.text, "bar");
+  EXPECT_EQ(r.Decimals, 0);
+  EXPECT_EQ(r.FilterLowCut, 0);
+  EXPECT_EQ(r.TileTop, 0);
+  EXPECT_EQ(r.FftScaleMax, 0.0f);
+
+  const QByteArray out = ChannelDescriptorFileBytes(file);
+  ASSERT_EQ(out.size(), 256 + 2 * 128);
+  EXPECT_EQ(out.left(256 + 128 + 64).mid(256), bytes.mid(256));
+  EXPECT_EQ(out.mid(256 + 128 + 64), QByteArray(64, '\0'));
+
+  // Half a record is no record: 256 + 64 rounds to 0.
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, Head() + part), file));
+  EXPECT_TRUE(file.Records.empty());
+  EXPECT_EQ(ChannelDescriptorFileBytes(file).size(), 256);
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, Head()), file));
+  EXPECT_TRUE(file.Records.empty());
+}
+
+TEST(ChannelDescriptors, GroupNamesAreTrimmedAndSerialBecomesTelltale) {
+  QTemporaryDir dir;
+  QByteArray bytes = Head();
+  PutText(bytes, 24 + 16 * 4, 16, "Serial Bus");
+  ChannelDescriptorFile file;
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, bytes), file));
+  const char* shown[10] = {"Analog", "Digital", "Telltale", "ECU", "Serial Bus", "GPS", "PCU", "Math", "", "Spare"};
+  for (int g = 0; g < 10; ++g) EXPECT_EQ(file.Head.GroupNames[g].text, shown[g]) << g;
+  EXPECT_EQ(file.Head.DscTitle.text, "ORLAN CHANNELS");
+
+  const QByteArray out = ChannelDescriptorFileBytes(file);
+  EXPECT_EQ(out.mid(24 + 16 * 2, 16), QByteArray("Telltale        "));
+  EXPECT_EQ(out.mid(24 + 16 * 4, 16), QByteArray("Serial Bus      "));
+}
+
+// Every byte of a record, carried ones included, survives a read and a write.
+TEST(ChannelDescriptors, RecordsSurviveAReadAndAWriteByteForByte) {
+  QTemporaryDir dir;
+  for (uint32_t seed = 1; seed <= 5; ++seed) {
+    QByteArray bytes = Head();
+    bytes.replace(184, 72, RandomBytes(72, seed + 100));
+    bytes += RandomBytes(5 * 128, seed);
+    ChannelDescriptorFile file;
+    ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, bytes), file));
+    ASSERT_EQ(file.Records.size(), 5u);
+    const QByteArray out = ChannelDescriptorFileBytes(file);
+    EXPECT_EQ(out.mid(256), bytes.mid(256)) << "seed " << seed;
+    EXPECT_EQ(out.mid(184, 72), bytes.mid(184, 72)) << "seed " << seed;
+  }
+}
+
+class DescriptorWorkspace : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ws = std::make_unique<Workspace>(messages, home.path());
+    ws->Paths = DefaultPaths(home.path());
+    QDir().mkpath(ws->Paths.SetupDirectory);
+  }
+  QString Install(const QByteArray& bytes) {
+    QFile f(ChannelDscPath(*ws));
+    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    f.write(bytes);
+    return ChannelDscPath(*ws);
+  }
+  QTemporaryDir home;
+  RecordingMessages messages;
+  std::unique_ptr<Workspace> ws;
+};
+
+TEST_F(DescriptorWorkspace, AppendWritesARecordWithTheDefaults) {
+  const QByteArray before = Head() + RandomBytes(3 * 128, 7);
+  const QString path = Install(before);
+  ASSERT_TRUE(ReadChannelDescriptors(*ws));
+  ASSERT_EQ(ws->ChannelDscCount, 3);
+  ASSERT_TRUE(AppendDescriptor(*ws, "Oil Temp"));
+  EXPECT_EQ(ws->ChannelDscCount, 4);
+  ASSERT_EQ(ws->ChannelDsc.size(), 4u);
+  EXPECT_EQ(ws->ChannelDsc[3].Name.text, "Oil Temp");
+  EXPECT_EQ(ws->ChannelDsc[3].DscIndex, 3);
+
+  const QByteArray after = ReadAll(path);
+  ASSERT_EQ(after.size(), 256 + 4 * 128);
+  EXPECT_EQ(after.mid(256, 3 * 128), before.mid(256));  // the others untouched
+  const QByteArray r = after.mid(256 + 3 * 128);
+  EXPECT_EQ(r.left(32), QByteArray("Oil Temp").leftJustified(32, ' '));
+  EXPECT_EQ(r.mid(32, 16), QByteArray(16, ' '));  // no units
+  struct FieldValue {
+    const char* name;
+    int offset;
+    int width;
+    uint32_t value;
+  };
+  const FieldValue defaults[] = {
+      {"ScreenMin", 48, 4, FloatBits(0)},     {"ScreenMax", 52, 4, FloatBits(5.0f)},  {"Group", 56, 2, 0},
+      {"SmoothWidth", 58, 2, 0},              {"Security", 60, 2, 0},                 {"AutoScale", 62, 2, 0},
+      {"StandardCode", 64, 2, 0},             {"Decimals", 66, 2, 1},                 {"Color", 68, 2, 0},
+      {"FftDecimals", 70, 2, 1},              {"DataWord", 72, 2, 2},                 {"DscIndex", 78, 2, 3},
+      {"EventLimit", 80, 4, FloatBits(0)},    {"EventHigh", 84, 4, FloatBits(5.0f)},  {"EventEnabled", 88, 2, 0},
+      {"EventFlags", 90, 2, 0},               {"FftAutoScale", 92, 2, 0xFFFF},        {"FilterKind", 94, 2, 0},
+      {"FilterWindow", 96, 2, 0},             {"FilterKernel", 98, 2, 0},             {"FilterLowCut", 100, 2, 500},
+      {"FilterHighCut", 102, 2, 1000},        {"PrecisionMode", 104, 2, 0},           {"TileBottom", 106, 2, 0},
+      {"TileTop", 108, 2, 100},               {"FftScaleMin", 110, 4, FloatBits(0)},  {"FftScaleMax", 114, 4, FloatBits(100.0f)},
+  };
+  for (const FieldValue& f : defaults) EXPECT_EQ(Get(r, f.offset, f.width), f.value) << f.name;
+
+  // The next one goes behind it, with its own index.
+  ASSERT_TRUE(AppendDescriptor(*ws, "Water Temp"));
+  EXPECT_EQ(ws->ChannelDscCount, 5);
+  EXPECT_EQ(Get(ReadAll(path), 256 + 4 * 128 + 78, 2), 4u);
+}
+
+TEST_F(DescriptorWorkspace, WritingTheGroupsRewritesOnlyTheHead) {
+  const QByteArray before = Head('\xAB') + RandomBytes(4 * 128, 9);
+  const QString path = Install(before);
+  ASSERT_TRUE(ReadChannelDescriptors(*ws));
+  EXPECT_EQ(ws->GroupNames[2], "Telltale");
+  ws->GroupNames[1] = "Brakes";
+  ASSERT_TRUE(WriteChannelGroups(*ws));
+
+  const QByteArray after = ReadAll(path);
+  ASSERT_EQ(after.size(), before.size());
+  EXPECT_EQ(after.left(24), before.left(24));  // title and version
+  EXPECT_EQ(after.mid(24 + 16, 16), QByteArray("Brakes          "));
+  EXPECT_EQ(after.mid(24 + 32, 16), QByteArray("Telltale        "));
+  EXPECT_EQ(after.mid(24, 16), before.mid(24, 16));
+  EXPECT_EQ(after.mid(184, 72), QByteArray(72, '\0'));
+  EXPECT_EQ(after.mid(256), before.mid(256));
+  EXPECT_EQ(ws->GroupNames[1], "Brakes");
+  EXPECT_EQ(ws->ChannelDscCount, 4);
+}
+
+TEST_F(DescriptorWorkspace, AMissingFileIsReported) {
+  EXPECT_FALSE(ReadChannelDescriptors(*ws));
+  ASSERT_EQ(messages.entries.size(), 1u);
+  EXPECT_EQ(messages.entries[0].text, "Error: Channel descriptor file not found");
+  EXPECT_EQ(messages.entries[0].title, "Read Channels");
+  EXPECT_EQ(messages.entries[0].icon, MessageIcon::Exclamation);
+}
+
+TEST(ChannelIdentity, SourceNamesByKey) {
+  struct Case {
+    int key;
+    const char* source;
+  };
+  const Case cases[] = {
+      {0, "Battery"},    {1, "Lateral G"},  {2, "Box Temp"},   {3, "LCU.1"},     {6, "LCU.4"},
+      {7, "Card 1.1"},   {14, "Card 1.8"},  {15, "Card 2.1"},  {17, "Card 2.3"}, {18, "JBX 1.1"},
+      {25, "JBX 1.8"},   {26, "JBX 2.1"},   {33, "JBX 2.8"},   {34, "JBX 3.1"},  {41, "JBX 3.8"},
+      {42, "JBX 4.1"},   {49, "JBX 4.8"},   {50, "Card 2.4"},  {54, "Card 2.8"}, {55, "Card 3.1"},
+      {62, "Card 3.8"},  {63, "Long G"},    {64, ""},          {100, ""},        {127, ""},
+      {128, "ECU.0"},    {191, "ECU.63"},   {192, "OBM0"},     {207, "OBM15"},   {208, "Exp.0"},
+      {255, "Exp.47"},   {256, "GPS0"},     {287, "GPS31"},    {288, "PCU0"},    {300, "PCU12"},
+      {352, "PCU64"},    {353, ""},         {1024, ""},        {1027, ""},       {-1, ""},
+  };
+  for (const Case& c : cases) EXPECT_EQ(ChannelSourceName(c.key), c.source) << c.key;
+}
+
+}  // namespace

@@ -1,0 +1,240 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
+#include "core/outing/OutingFormat.h"
+
+namespace {
+
+ChannelTableEntry Entry(uint16_t key, uint8_t rate, uint8_t word, uint16_t start_page, uint16_t start_offset,
+                        uint16_t end_page, uint16_t end_offset) {
+  return ChannelTableEntry{key, rate, word, start_offset, start_page, end_offset, end_page};
+}
+
+// A plain outing with three channels of 1000, 15884 and 4000 bytes.
+OutingHeader PlainHeader() {
+  OutingHeader h;
+  h.SystemName = "LCU";
+  h.Version = "8.0.0";
+  h.LoggedChannels = 3;
+  h.ChannelTable[0] = Entry(0, 3, 2, 0, 0, 0, 1000);
+  h.ChannelTable[1] = Entry(1, 3, 2, 0, 1000, 1, 500);
+  h.ChannelTable[2] = Entry(130, 0, 4, 1, 500, 1, 4500);
+  return h;
+}
+constexpr int64_t kPlainDataEnd = 16384 + 1000 + 15884 + 4000;
+
+TEST(OutingFormat, RateCodesGiveSamplesPerMillisecond) {
+  struct Case {
+    int code;
+    uint16_t system_flags;
+    float rate;
+  };
+  const Case cases[] = {
+      {0, 0, 1.0f},    {1, 0, 0.5f},       {2, 0, 0.2f},      {2, 1, 0.25f},     {2, 0x8000, 0.25f},
+      {2, 0x0100, 0.25f}, {2, 0xFFFF, 0.25f}, {3, 0, 0.1f},   {3, 1, 0.1f},      {4, 0, 0.05f},
+      {5, 0, 0.02f},   {6, 0, 0.01f},      {7, 0, 0.005f},    {8, 0, 0.002f},    {9, 0, 0.001f},
+      {0, 1, 1.0f},    {10, 0, 0.0f},      {12, 1, 0.0f},     {255, 0, 0.0f},    {-1, 0, 0.0f},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(RateFromCode(c.code, c.system_flags), c.rate) << "code " << c.code << " flags " << c.system_flags;
+  }
+}
+
+// The memory partition window knows no 250 Hz: code 2 is always 200.
+TEST(OutingFormat, MemoryWindowHzTable) {
+  const int hz[] = {1000, 500, 200, 100, 50, 20, 10, 5, 2, 1};
+  for (int code = 0; code < 10; ++code) EXPECT_EQ(RateCodeHz(code), hz[code]) << code;
+  for (int code : {10, 11, 12, 255, -1}) EXPECT_EQ(RateCodeHz(code), 0) << code;
+}
+
+TEST(OutingFormat, SampleTypeByWordSizeKeyAndSerial) {
+  struct Case {
+    int word;
+    int key;
+    uint16_t serial;
+    SampleType type;
+  };
+  const Case cases[] = {
+      {1, 0, 100, SampleType::U8},     {1, 130, 9999, SampleType::U8},  {2, 0, 100, SampleType::I16},
+      {2, 130, 9999, SampleType::I16}, {8, 0, 100, SampleType::F64},    {8, 200, 9999, SampleType::F64},
+      {3, 0, 100, SampleType::None},   {0, 0, 100, SampleType::None},   {16, 0, 100, SampleType::None},
+      // 4-byte samples of a logger's own file: by key
+      {4, 100, 100, SampleType::I32},  {4, 127, 100, SampleType::I32},  {4, 128, 100, SampleType::F32},
+      {4, 130, 100, SampleType::F32},  {4, 158, 100, SampleType::I32},  {4, 191, 100, SampleType::F32},
+      {4, 192, 100, SampleType::F32},  {4, 200, 100, SampleType::F32},  {4, 224, 100, SampleType::F32},
+      {4, 225, 100, SampleType::I32},  {4, 300, 100, SampleType::I32},  {4, 1024, 100, SampleType::I32},
+      // a converted outing holds engineering values: f32 whatever the key
+      {4, 100, 9999, SampleType::F32}, {4, 158, 9999, SampleType::F32}, {4, 225, 9999, SampleType::F32},
+      {4, 0, 9999, SampleType::F32},   {4, 158, 9998, SampleType::I32},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(SampleTypeFor(c.word, c.key, c.serial), c.type)
+        << "word " << c.word << " key " << c.key << " serial " << c.serial;
+  }
+}
+
+TEST(OutingFormat, BlockLengthsInPagesOfTheSystem) {
+  struct Case {
+    const char* system;
+    int16_t cyclic;
+    ChannelTableEntry entry;
+    ChannelTableEntry next;
+    int64_t length;
+  };
+  const ChannelTableEntry none{};
+  const Case cases[] = {
+      {"LCU", 0, Entry(1, 3, 2, 1, 100, 3, 50), none, 2 * 16384 - 100 + 50},
+      {"ECU", 0, Entry(1, 3, 2, 1, 100, 3, 50), none, 2 * 8192 - 100 + 50},
+      {"LCU ECU-2", 0, Entry(1, 3, 2, 1, 100, 3, 50), none, 2 * 8192 - 100 + 50},
+      {"", 0, Entry(1, 3, 2, 0, 0, 0, 0), none, 0},
+      {"LCU", 0, Entry(1, 3, 2, 2, 300, 2, 100), none, -200},
+      // cyclic: the entry's own end fields do not count, the next start does
+      {"LCU", 4, Entry(1, 3, 2, 1, 100, 0xFFFF, 0xFFFF), Entry(2, 3, 2, 2, 300, 0, 0), 16384 - 100 + 300},
+      {"ECU", 4, Entry(1, 3, 2, 1, 100, 0xFFFF, 0xFFFF), Entry(2, 3, 2, 2, 300, 0, 0), 8192 - 100 + 300},
+      {"LCU", 1, Entry(1, 3, 2, 5, 0, 0, 0), Entry(2, 3, 2, 5, 16000, 0, 0), 16000},
+  };
+  for (const Case& c : cases) {
+    OutingHeader h;
+    h.SystemName = c.system;
+    h.Cyclic = c.cyclic;
+    h.LoggedChannels = 1;
+    h.ChannelTable[0] = c.entry;
+    h.ChannelTable[1] = c.next;
+    EXPECT_EQ(ChannelBlockLength(h, 0), c.length) << c.system << " cyclic " << c.cyclic;
+  }
+}
+
+TEST(OutingFormat, BlocksFollowEachOtherFromTheEndOfTheHeader) {
+  OutingHeader h = PlainHeader();
+  EXPECT_EQ(ChannelBlockOffsets(h), (std::vector<int64_t>{16384, 17384, 33268, kPlainDataEnd}));
+  h.LoggedChannels = 0;
+  EXPECT_EQ(ChannelBlockOffsets(h), (std::vector<int64_t>{16384}));
+  h.LoggedChannels = 300;  // a header lists at most 128
+  EXPECT_EQ(ChannelBlockOffsets(h).size(), 129u);
+}
+
+TEST(OutingFormat, CyclicTimeBaseRoundsHalvesToEven) {
+  struct Case {
+    int32_t end_time;
+    int32_t raw_end_time;
+    int16_t cyclic;
+    int64_t shift;
+    int64_t true_end;
+  };
+  const Case cases[] = {
+      {500000, 400002, 4, 400000, 100000},  // 399999.5 and 100000.5
+      {500001, 400002, 4, 400000, 100000},  // 400000.5: the shift is rounded on its own
+      {500000, 400006, 4, 399998, 100002},  // 399998.5 and 100001.5
+      {11, 5, 2, 8, 2},                     // 8.5 and 2.5
+      {100, 10, 3, 97, 3},                  // 96.67 and 3.33
+      {1000, 4000, 4, 0, 1000},
+      {0, 0, 4, 0, 0},
+      {20, 90, 4, -2, 22},                  // -2.5 and 22.5
+  };
+  for (const Case& c : cases) {
+    OutingHeader h;
+    h.EndTime = c.end_time;
+    h.RawEndTime = c.raw_end_time;
+    h.Cyclic = c.cyclic;
+    const CyclicTimes t = CyclicTimeBase(h);
+    EXPECT_EQ(t.Shift, c.shift) << c.end_time << " " << c.raw_end_time << "/" << c.cyclic;
+    EXPECT_EQ(t.TrueEndTime, c.true_end) << c.end_time << " " << c.raw_end_time << "/" << c.cyclic;
+  }
+  OutingHeader plain;
+  plain.EndTime = 12345;
+  plain.RawEndTime = 999;
+  EXPECT_EQ(CyclicTimeBase(plain).Shift, 0);
+}
+
+// The rule the data export follows: the same blocks, the beacons on the data's time base.
+TEST(OutingFormat, PlainHeaderFromCyclicKeepsTheBlocksAndShiftsTheBeacons) {
+  for (const char* system : {"LCU", "ECU"}) {
+    SCOPED_TRACE(system);
+    OutingHeader h;
+    h.SystemName = system;
+    h.Version = "8.0.0";
+    h.Cyclic = 4;
+    h.EndTime = 500001;
+    h.RawEndTime = 400002;  // true end 100000, shift 400000
+    h.BeaconCount = 3;
+    h.BeaconTimes[0] = 400100;
+    h.BeaconTimes[1] = 430000;
+    h.BeaconTimes[2] = 460001;
+    h.LoggedChannels = 3;
+    h.ChannelTable[0] = Entry(0, 3, 2, 7, 0, 0xFFFF, 0xFFFF);
+    h.ChannelTable[1] = Entry(1, 3, 2, 8, 200, 0, 0);
+    h.ChannelTable[2] = Entry(130, 0, 4, 8, 5000, 3, 3);
+    h.ChannelTable[3] = Entry(0, 0, 0, 9, 100, 0, 0);  // the closing entry
+
+    const OutingHeader plain = PlainHeaderFromCyclic(h);
+    EXPECT_EQ(plain.Cyclic, 0);
+    EXPECT_EQ(plain.EndTime, 100000);
+    EXPECT_EQ(plain.BeaconCount, 3);
+    EXPECT_EQ(plain.BeaconTimes[0], 100);
+    EXPECT_EQ(plain.BeaconTimes[1], 30000);
+    EXPECT_EQ(plain.BeaconTimes[2], 60001);
+    EXPECT_EQ(ChannelBlockOffsets(plain), ChannelBlockOffsets(h));
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(ChannelBlockLength(plain, i), ChannelBlockLength(h, i)) << i;
+      EXPECT_EQ(plain.ChannelTable[i].EndPage, h.ChannelTable[i + 1].StartPage) << i;
+      EXPECT_EQ(plain.ChannelTable[i].EndOffset, h.ChannelTable[i + 1].StartOffset) << i;
+      EXPECT_EQ(plain.ChannelTable[i].Key, h.ChannelTable[i].Key) << i;
+    }
+    EXPECT_TRUE(CheckOutingLayout(plain, ChannelBlockOffsets(h).back()).isEmpty());
+  }
+
+  OutingHeader already = PlainHeader();
+  already.BeaconCount = 1;
+  already.BeaconTimes[0] = 5000;
+  already.EndTime = 9000;
+  OutingHeader same = PlainHeaderFromCyclic(already);
+  EXPECT_TRUE(OutingHeaderBytes(same) == OutingHeaderBytes(already));
+}
+
+TEST(OutingFormat, LayoutCheckFlagsWhatCannotBeRead) {
+  struct Case {
+    const char* what;
+    std::function<void(OutingHeader&, int64_t&)> spoil;
+    bool good;
+  };
+  const Case cases[] = {
+      {"a good file", [](OutingHeader&, int64_t&) {}, true},
+      {"a constants block behind the data", [](OutingHeader&, int64_t& size) { size += 128 + 36; }, true},
+      {"a good cyclic file",
+       [](OutingHeader& h, int64_t&) {
+         h.Cyclic = 4;
+         h.ChannelTable[3] = Entry(0, 0, 0, 1, 4500, 0, 0);
+       },
+       true},
+      {"300 logged channels", [](OutingHeader& h, int64_t&) { h.LoggedChannels = 300; }, false},
+      {"the last block runs past the end", [](OutingHeader&, int64_t& size) { size -= 1; }, false},
+      {"a file shorter than its header", [](OutingHeader&, int64_t& size) { size = 1000; }, false},
+      {"a negative block length", [](OutingHeader& h, int64_t&) { h.ChannelTable[1].EndPage = 0; h.ChannelTable[1].EndOffset = 0; }, false},
+      {"word size 3", [](OutingHeader& h, int64_t&) { h.ChannelTable[0].WordSize = 3; }, false},
+      {"rate code 12", [](OutingHeader& h, int64_t&) { h.ChannelTable[2].RateCode = 12; }, false},
+      {"no version", [](OutingHeader& h, int64_t&) { h.Version = ""; }, false},
+      {"a version that is no number", [](OutingHeader& h, int64_t&) { h.Version = "V8.0"; }, false},
+      {"a cyclic file without a closing entry",
+       [](OutingHeader& h, int64_t&) {
+         h.Cyclic = 4;
+         h.LoggedChannels = 128;
+         for (int i = 3; i < 128; ++i) h.ChannelTable[i] = Entry(2, 3, 2, 1, 4500, 0, 0);
+       },
+       false},
+  };
+  for (const Case& c : cases) {
+    OutingHeader h = PlainHeader();
+    int64_t size = kPlainDataEnd;
+    c.spoil(h, size);
+    const QStringList problems = CheckOutingLayout(h, size);
+    if (c.good) {
+      EXPECT_TRUE(problems.isEmpty()) << c.what << ": " << problems.join("; ").toStdString();
+    } else {
+      EXPECT_FALSE(problems.isEmpty()) << c.what;
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+#include "core/outing/ConstantsBlock.h"
+#include "core/outing/OutingFormat.h"
+#include "core/outing/OutingHeader.h"
+#include "core/outing/OutingWriter.h"
+
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+
+namespace {
+
+QByteArray FileBytes(const QString& path) {
+  QFile f(path);
+  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+std::vector<double> Ramp(int n, double from, double step) {
+  std::vector<double> v;
+  for (int i = 0; i < n; ++i) v.push_back(from + step * i);
+  return v;
+}
+
+// Blocks of every word size; the large ones cross page boundaries in both page sizes.
+std::vector<ChannelBlockData> SampleBlocks() {
+  return {
+      {0, 3, 2, EncodeSamples(SampleType::I16, Ramp(7000, -3500, 1))},
+      {130, 1, 4, EncodeSamples(SampleType::F32, Ramp(9000, 0.0, 0.25))},
+      {64, 5, 1, EncodeSamples(SampleType::U8, Ramp(100, 0, 2))},
+      {200, 9, 8, EncodeSamples(SampleType::F64, Ramp(10, 1e-3, 1e5))},
+      {158, 6, 4, EncodeSamples(SampleType::I32, Ramp(20, -1e6, 1e5))},
+  };
+}
+
+TEST(OutingWriter, AWrittenOutingReadsBackAsWritten) {
+  struct Case {
+    const char* system;
+    int16_t cyclic;
+    bool constants;
+  };
+  const Case cases[] = {{"LCU", 0, true}, {"LCU", 4, true}, {"ECU", 0, false}, {"ECU", 2, true}};
+  const std::vector<ConstantEntry> constants = {{"Gear Ratio", 3.25f}, {"Tyre Pressure Front Left Inner", 1.85f},
+                                                {"Fuel", -0.5f}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.system) + " cyclic " + std::to_string(c.cyclic));
+    QTemporaryDir dir;
+    const QString path = dir.path() + "/TEST.DAT";
+    OutingHeader h;
+    h.SystemName = c.system;
+    h.Version = "8.0.0";
+    h.LcuSerial = 1234;
+    h.SystemFlags = 1;
+    h.Driver = "J. Smith";
+    h.TrackName = "Snetterton 300";
+    h.Comment1 = "Thirty-two characters, no blank!";
+    h.Cyclic = c.cyclic;
+    h.EndTime = 123456;
+    h.RawEndTime = 987654;
+    h.BeaconCount = 2;
+    h.BeaconTimes[0] = 61000;
+    h.BeaconTimes[1] = 122000;
+    h.InputNames[5] = "Oil Press";
+    std::memcpy(h.Raw.data() + 36, "carried text", 12);  // bytes no field names
+    const std::vector<ChannelBlockData> blocks = SampleBlocks();
+    QString error;
+    ASSERT_TRUE(WriteOutingFile(path, h, blocks, c.constants ? &constants : nullptr, &error))
+        << error.toStdString();
+
+    OutingHeader back;
+    ASSERT_TRUE(ReadOutingHeader(path, back));
+    EXPECT_EQ(back.SystemName.text, c.system);
+    EXPECT_EQ(back.Version.text, "8.0.0");
+    EXPECT_EQ(back.LcuSerial, 1234);
+    EXPECT_EQ(back.SystemFlags, 1);
+    EXPECT_EQ(back.Driver.text, "J. Smith");
+    EXPECT_EQ(back.TrackName.text, "Snetterton 300");
+    EXPECT_EQ(back.Comment1.text, "Thirty-two characters, no blank!");
+    EXPECT_EQ(back.Cyclic, c.cyclic);
+    EXPECT_EQ(back.EndTime, 123456);
+    EXPECT_EQ(back.RawEndTime, 987654);
+    EXPECT_EQ(back.BeaconCount, 2);
+    EXPECT_EQ(back.BeaconTimes[1], 122000);
+    EXPECT_EQ(back.InputNames[5].text, "Oil Press");
+    EXPECT_EQ(std::memcmp(back.Raw.data() + 36, "carried text", 12), 0);
+    ASSERT_EQ(back.LoggedChannels, blocks.size());
+
+    const QByteArray file = FileBytes(path);
+    const std::vector<int64_t> offsets = ChannelBlockOffsets(back);
+    ASSERT_EQ(offsets.size(), blocks.size() + 1);
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+      const ChannelTableEntry& e = back.ChannelTable[i];
+      EXPECT_EQ(e.Key, blocks[i].Key) << i;
+      EXPECT_EQ(e.RateCode, blocks[i].RateCode) << i;
+      EXPECT_EQ(e.WordSize, blocks[i].WordSize) << i;
+      EXPECT_EQ(ChannelBlockLength(back, static_cast<int>(i)), blocks[i].Samples.size()) << i;
+      EXPECT_EQ(file.mid(offsets[i], blocks[i].Samples.size()), blocks[i].Samples) << "block " << i;
+    }
+    EXPECT_TRUE(CheckOutingLayout(back, file.size()).isEmpty()) << CheckOutingLayout(back, file.size()).join("; ").toStdString();
+
+    std::vector<ConstantEntry> read;
+    EXPECT_EQ(ReadConstantsBlock(path, offsets.back(), read), c.constants);
+    if (c.constants) {
+      EXPECT_EQ(file.size(), offsets.back() + 128 + 36 * static_cast<int64_t>(constants.size()));
+      ASSERT_EQ(read.size(), constants.size());
+      for (std::size_t i = 0; i < read.size(); ++i) {
+        EXPECT_EQ(read[i].Name.text, constants[i].Name.text);
+        EXPECT_EQ(read[i].Value, constants[i].Value);
+      }
+      EXPECT_EQ(file.mid(offsets.back(), 32), QByteArray("V5.00 Outing Constants          "));
+    } else {
+      EXPECT_EQ(file.size(), offsets.back());
+      EXPECT_TRUE(read.empty());
+    }
+  }
+}
+
+// A cyclic table needs a closing entry, so it holds one block fewer than a plain one.
+TEST(OutingWriter, ChannelTableHoldsAtMost128Blocks) {
+  struct Case {
+    int16_t cyclic;
+    int blocks;
+    bool fits;
+  };
+  const Case cases[] = {{0, 128, true}, {0, 129, false}, {4, 127, true}, {4, 128, false}};
+  for (const Case& c : cases) {
+    OutingHeader h;
+    h.SystemName = "LCU";
+    h.Cyclic = c.cyclic;
+    const std::vector<ChannelBlockData> blocks(static_cast<std::size_t>(c.blocks),
+                                               ChannelBlockData{1, 3, 2, QByteArray(1000, '\1')});
+    EXPECT_EQ(LayOutChannelTable(h, blocks), c.fits) << c.blocks << " cyclic " << c.cyclic;
+    if (c.fits) {
+      EXPECT_EQ(h.LoggedChannels, c.blocks);
+      EXPECT_EQ(ChannelBlockOffsets(h).back(), 16384 + 1000 * c.blocks);
+    }
+  }
+}
+
+TEST(OutingWriter, IntegerSamplesRoundHalfToEvenAndSaturate) {
+  struct Case {
+    SampleType type;
+    double value;
+    int64_t stored;
+  };
+  const Case cases[] = {
+      {SampleType::I16, 2.5, 2},          {SampleType::I16, 3.5, 4},          {SampleType::I16, -2.5, -2},
+      {SampleType::I16, -3.5, -4},        {SampleType::I16, 2.49, 2},         {SampleType::I16, 32767.4, 32767},
+      {SampleType::I16, 40000, 32767},    {SampleType::I16, -40000, -32768},  {SampleType::U8, 0.5, 0},
+      {SampleType::U8, 1.5, 2},           {SampleType::U8, 254.5, 254},       {SampleType::U8, 300, 255},
+      {SampleType::U8, -1, 0},            {SampleType::I32, 2.5, 2},          {SampleType::I32, -7.5, -8},
+      {SampleType::I32, 1e10, std::numeric_limits<int32_t>::max()},
+      {SampleType::I32, -1e10, std::numeric_limits<int32_t>::min()},
+  };
+  for (const Case& c : cases) {
+    const QByteArray b = EncodeSamples(c.type, {c.value});
+    int64_t v = 0;
+    switch (c.type) {
+      case SampleType::U8:
+        ASSERT_EQ(b.size(), 1);
+        v = static_cast<uint8_t>(b[0]);
+        break;
+      case SampleType::I16:
+        ASSERT_EQ(b.size(), 2);
+        v = static_cast<int16_t>(static_cast<uint8_t>(b[0]) | (static_cast<uint8_t>(b[1]) << 8));
+        break;
+      default:
+        ASSERT_EQ(b.size(), 4);
+        v = static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint8_t>(b[0])) |
+                                 (static_cast<uint32_t>(static_cast<uint8_t>(b[1])) << 8) |
+                                 (static_cast<uint32_t>(static_cast<uint8_t>(b[2])) << 16) |
+                                 (static_cast<uint32_t>(static_cast<uint8_t>(b[3])) << 24));
+    }
+    EXPECT_EQ(v, c.stored) << SampleTypeName(c.type) << " " << c.value;
+  }
+
+  // Floats are stored as they are, little-endian.
+  const QByteArray f32 = EncodeSamples(SampleType::F32, {0.1, -2.0});
+  ASSERT_EQ(f32.size(), 8);
+  float f[2];
+  std::memcpy(f, f32.constData(), 8);  // the test machines are little-endian
+  EXPECT_EQ(f[0], 0.1f);
+  EXPECT_EQ(f[1], -2.0f);
+  const QByteArray f64 = EncodeSamples(SampleType::F64, {0.1});
+  ASSERT_EQ(f64.size(), 8);
+  double d = 0;
+  std::memcpy(&d, f64.constData(), 8);
+  EXPECT_EQ(d, 0.1);
+}
+
+}  // namespace
