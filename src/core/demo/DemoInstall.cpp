@@ -42,7 +42,8 @@ bool MakeIfMissing(const QString& path, DemoResult& result, QString* error, F wr
   return true;
 }
 
-bool MakeOuting(const DemoOutingSpec& spec, const QString& path, QString* error) {
+bool MakeOuting(DemoOutingSpec spec, const QString& path, int laps_cap, QString* error) {
+  if (laps_cap > 0) spec.FlyingLaps = std::min(spec.FlyingLaps, laps_cap);
   Centreline line;
   const QString csv = JoinPath(JoinPath(ShippedDataDirectory(), QStringLiteral("tracks")), spec.Circuit + ".csv");
   if (!ReadCentreline(csv, line, error)) return false;
@@ -57,12 +58,15 @@ bool MakeOuting(const DemoOutingSpec& spec, const QString& path, QString* error)
 QString ShippedDataDirectory() {
   const QByteArray env = qgetenv("ORLAN_DATA_DIR");
   if (!env.isEmpty()) return QString::fromLocal8Bit(env);
-  const QString installed = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/orlan"));
-  if (QFileInfo::exists(JoinPath(installed, QStringLiteral("tracks")))) return QDir::cleanPath(installed);
+  if (QCoreApplication::instance()) {
+    const QString installed = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/orlan"));
+    if (QFileInfo::exists(JoinPath(installed, QStringLiteral("tracks")))) return QDir::cleanPath(installed);
+  }
   return QStringLiteral(ORLAN_SOURCE_DATA_DIR);
 }
 
-bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult& result, QString* error) {
+bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult& result, QString* error,
+                            int laps_cap) {
   Workspace ws(messages, home);
   ReadPaths(ws);  // makes the directories
   WritePaths(ws);
@@ -86,7 +90,7 @@ bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult&
   for (const DemoOutingSpec& spec : DemoOutingSpecs()) {
     if (!ok) break;
     const QString path = JoinPath(ws.Paths.DataDirectory, spec.FileName);
-    ok = MakeIfMissing(path, result, error, [&] { return MakeOuting(spec, path, error); });
+    ok = MakeIfMissing(path, result, error, [&] { return MakeOuting(spec, path, laps_cap, error); });
     result.Outings << path;
   }
   return ok;

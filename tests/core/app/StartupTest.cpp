@@ -155,7 +155,9 @@ TEST(StartUp, HelpFileDependsOnTheProgram) {
     auto ws = std::make_unique<Workspace>(messages, home.path());
     const QString path = HelpFile(*ws, c.program);
     EXPECT_EQ(!path.isEmpty(), c.found);
-    if (c.found) EXPECT_TRUE(path.endsWith(c.file_present));
+    if (c.found) {
+      EXPECT_TRUE(path.endsWith(c.file_present));
+    }
     EXPECT_EQ(WithTitle(messages, "Load Help").size(), c.found ? 0u : 1u);
   }
 }

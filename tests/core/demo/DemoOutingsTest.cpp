@@ -1,0 +1,206 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include "core/app/Files.h"
+#include "core/app/Messages.h"
+#include "core/outing/ChannelDescriptors.h"
+#include "core/demo/DemoChannels.h"
+#include "core/demo/DemoInstall.h"
+#include "core/demo/DemoOutings.h"
+#include "core/outing/ConstantsBlock.h"
+#include "core/outing/OutingFormat.h"
+
+namespace {
+
+// A short version of each demo outing (two timed laps), written and read back.
+struct Written {
+  DemoOutingSpec spec;
+  SimulatedOuting sim;
+  OutingHeader header;
+  QString path;
+  int64_t size = 0;
+};
+
+class DemoOutings : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    dir_ = new QTemporaryDir;
+    outings_ = new std::vector<Written>;
+    for (DemoOutingSpec spec : DemoOutingSpecs()) {
+      spec.FlyingLaps = 2;
+      Centreline line;
+      QString error;
+      ASSERT_TRUE(ReadCentreline(JoinPath(ShippedDataDirectory(), "tracks/" + spec.Circuit + ".csv"), line, &error))
+          << error.toStdString();
+      SimulationOptions options;
+      options.flying_laps = spec.FlyingLaps;
+      options.seed = spec.Seed;
+      Written w{spec, SimulateOuting(line, CarModel{}, options), {}, dir_->filePath(spec.FileName), 0};
+      ASSERT_TRUE(WriteDemoOuting(spec, w.sim, w.path, &error)) << error.toStdString();
+      ASSERT_TRUE(ReadOutingHeader(w.path, w.header));
+      w.size = QFileInfo(w.path).size();
+      outings_->push_back(std::move(w));
+    }
+  }
+  static void TearDownTestSuite() {
+    delete outings_;
+    delete dir_;
+  }
+  static QTemporaryDir* dir_;
+  static std::vector<Written>* outings_;
+};
+QTemporaryDir* DemoOutings::dir_ = nullptr;
+std::vector<Written>* DemoOutings::outings_ = nullptr;
+
+// Raw sample n of logged channel i, as the file holds it.
+double StoredSample(const Written& w, int i, int64_t n) {
+  const ChannelTableEntry& e = w.header.ChannelTable[static_cast<std::size_t>(i)];
+  QByteArray b;
+  EXPECT_TRUE(ReadFileBytes(w.path, ChannelBlockOffsets(w.header)[static_cast<std::size_t>(i)] + n * e.WordSize,
+                            e.WordSize, b));
+  const auto* p = reinterpret_cast<const uint8_t*>(b.constData());
+  switch (SampleTypeFor(e.WordSize, e.Key, w.header.LcuSerial)) {
+    case SampleType::U8: return p[0];
+    case SampleType::I16: return binary_detail::LoadLittle<int16_t>(p);
+    case SampleType::I32: return binary_detail::LoadLittle<int32_t>(p);
+    case SampleType::F32: return binary_detail::LoadLittle<float>(p);
+    case SampleType::F64: return binary_detail::LoadLittle<double>(p);
+    case SampleType::None: break;
+  }
+  return 0;
+}
+
+TEST_F(DemoOutings, BlocksLieInsideTheFileAndBeaconsInsideTheData) {
+  for (const Written& w : *outings_) {
+    SCOPED_TRACE(w.spec.FileName.toStdString());
+    EXPECT_TRUE(CheckOutingLayout(w.header, w.size).isEmpty()) << CheckOutingLayout(w.header, w.size).join("; ").toStdString();
+    const CyclicTimes t = CyclicTimeBase(w.header);
+    EXPECT_EQ(t.TrueEndTime, w.sim.EndTimeMs);
+    ASSERT_EQ(w.header.BeaconCount, w.sim.BeaconTimesMs.size());
+    for (int b = 0; b < w.header.BeaconCount; ++b) {
+      const int64_t time = w.header.BeaconTimes[static_cast<std::size_t>(b)] - t.Shift;
+      EXPECT_EQ(time, w.sim.BeaconTimesMs[static_cast<std::size_t>(b)]);
+      EXPECT_GT(time, 0);
+      EXPECT_LT(time, t.TrueEndTime);
+    }
+    // Every channel holds a sample for each of its periods over the whole recording.
+    for (int i = 0; i < w.header.LoggedChannels; ++i) {
+      const ChannelTableEntry& e = w.header.ChannelTable[static_cast<std::size_t>(i)];
+      const double rate = RateFromCode(e.RateCode, w.header.SystemFlags);
+      EXPECT_EQ(ChannelBlockLength(w.header, i) / e.WordSize, static_cast<int64_t>(w.sim.EndTimeMs * rate) + 1) << e.Key;
+    }
+  }
+}
+
+// Each recording mode shows in the header the way a reader tells it apart.
+TEST_F(DemoOutings, RecordingModesAreMarkedInTheHeader) {
+  for (const Written& w : *outings_) {
+    SCOPED_TRACE(w.spec.FileName.toStdString());
+    const bool converted = w.spec.Mode == DemoMode::Converted;
+    EXPECT_EQ(w.header.LcuSerial == kConvertedSerial, converted);
+    EXPECT_EQ(w.header.Cyclic > 0, w.spec.Mode == DemoMode::Cyclic);
+    EXPECT_EQ(PageSize(w.header.SystemName), w.spec.SystemName.contains("ECU") ? 8192 : 16384);
+    std::vector<ConstantEntry> constants;
+    EXPECT_EQ(ReadConstantsBlock(w.path, ChannelBlockOffsets(w.header).back(), constants), w.spec.WithConstants);
+    EXPECT_EQ(constants.size(), w.spec.WithConstants ? DemoOutingConstants().size() : 0u);
+    if (converted) {
+      for (int i = 0; i < w.header.LoggedChannels; ++i) {
+        const auto type = SampleTypeFor(w.header.ChannelTable[static_cast<std::size_t>(i)].WordSize,
+                                        w.header.ChannelTable[static_cast<std::size_t>(i)].Key, w.header.LcuSerial);
+        EXPECT_TRUE(type == SampleType::F32 || type == SampleType::F64);
+      }
+    }
+  }
+}
+
+// A converted outing stores the simulated values themselves; a logger file stores words that
+// the header's calibration turns back into them.
+TEST_F(DemoOutings, StoredWordsHoldTheSimulatedValues) {
+  for (const Written& w : *outings_) {
+    SCOPED_TRACE(w.spec.FileName.toStdString());
+    const auto& channels = DemoChannelList();
+    for (int i = 0; i < w.header.LoggedChannels; ++i) {
+      const DemoChannel& c = channels[static_cast<std::size_t>(i)];
+      ASSERT_EQ(w.header.ChannelTable[static_cast<std::size_t>(i)].Key, c.Key);
+      const double rate = RateFromCode(c.RateCode, w.header.SystemFlags);
+      const int64_t n = static_cast<int64_t>(w.sim.BeaconTimesMs[1] * rate);  // mid-outing, at speed
+      const double truth = c.Signal(w.sim, static_cast<int>(std::nearbyint(n / rate)));
+      const double stored = StoredSample(w, i, n);
+      if (w.spec.Mode == DemoMode::Converted) {
+        EXPECT_NEAR(stored, truth, std::fabs(truth) * 1e-6 + 1e-6) << c.Key;
+      } else if (c.Scaling != DemoScaling::Analog && c.Scaling != DemoScaling::UnsignedGain) {
+        const double raw = RawFromEngineering(w.header, c, truth);
+        const auto type = SampleTypeFor(c.WordSize, c.Key, w.header.LcuSerial);
+        const double expected = type == SampleType::F32   ? static_cast<float>(raw)
+                                : type == SampleType::F64 ? raw
+                                                          : std::nearbyint(raw);
+        EXPECT_EQ(stored, expected) << c.Key;
+      }
+    }
+  }
+}
+
+TEST(DemoChannels, RawWordsReadBackThroughTheirCalibration) {
+  OutingHeader h;
+  SetDemoCalibrations(h);
+  auto find = [](int key) {
+    for (const DemoChannel& c : DemoChannelList()) if (c.Key == key) return c;
+    return DemoChannel{};
+  };
+  // Forward calibrations written out by hand from the header's coefficients.
+  struct Case {
+    int key;
+    double value;
+    double tolerance;
+  } cases[] = {{1, 1.87, 0.0005}, {3, 30.0, 0.03}, {4, 85.0, 0.02}, {5, -75.0, 0.14}, {7, 31.2, 0.02}, {11, 92.0, 2.5}};
+  for (const Case& k : cases) {
+    const InputCalibration& cal = h.InputCalibrations[static_cast<std::size_t>(k.key)];
+    const double x = std::nearbyint(RawFromEngineering(h, find(k.key), k.value));
+    double y = 0;
+    if (cal.CalType == 1 || cal.CalType == 8) y = x * cal.CalCoefB + cal.CalCoefC;
+    if (cal.CalType == 2) y = cal.CalCoefA * x * x + cal.CalCoefB * x + cal.CalCoefC;
+    if (cal.CalType == 0 || cal.CalType == 4) {
+      int j = 0;
+      while (j < cal.CalPoints && x > cal.CalX[static_cast<std::size_t>(j + 1)]) ++j;
+      y = cal.CalType == 4 ? cal.CalY[static_cast<std::size_t>(j)]
+                           : cal.CalY[static_cast<std::size_t>(j)] + (x - cal.CalX[static_cast<std::size_t>(j)]) *
+                                 (cal.CalY[static_cast<std::size_t>(j + 1)] - cal.CalY[static_cast<std::size_t>(j)]) /
+                                 (cal.CalX[static_cast<std::size_t>(j + 1)] - cal.CalX[static_cast<std::size_t>(j)]);
+    }
+    EXPECT_NEAR(y + cal.CalOffset, k.value, k.tolerance) << "key " << k.key;
+  }
+  // Fuel used is an unsigned word: past 32,767 counts it is stored as a negative 16-bit word.
+  const DemoChannel fuel = find(133);
+  const double word = RawFromEngineering(h, fuel, 20.0);
+  EXPECT_LT(word, 0);
+  EXPECT_NEAR((word + 65536) * fuel.Gain + fuel.Offset, 20.0, fuel.Gain);
+}
+
+TEST(DemoInstall, MakesWhatIsMissingAndKeepsWhatIsThere) {
+  QTemporaryDir home;
+  DemoResult first;
+  RecordingMessages messages;
+  QString error;
+  ASSERT_TRUE(QDir().mkpath(home.filePath("Data")));
+  ASSERT_TRUE(WriteFileAtomically(home.filePath("Data/SILV0101.DAT"), QByteArray("user's own file")));
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, first, &error, 1)) << error.toStdString();
+  EXPECT_TRUE(first.Kept.contains(home.filePath("Data/SILV0101.DAT")));
+  QByteArray kept;
+  ASSERT_TRUE(ReadFileBytes(home.filePath("Data/SILV0101.DAT"), 0, 100, kept));
+  EXPECT_EQ(kept, QByteArray("user's own file"));
+  ChannelDescriptorFile dsc;
+  ASSERT_TRUE(ReadChannelDescriptorFile(home.filePath("Setup/CHANNEL.DSC"), dsc));
+  EXPECT_EQ(dsc.Records.size(), 1027u);
+  EXPECT_EQ(dsc.Head.GroupNames[2].text, "Telltale");
+  for (int key : {70, 68, 83, 133}) EXPECT_FALSE(dsc.Records[static_cast<std::size_t>(key)].Units.text.isEmpty()) << key;
+  EXPECT_EQ(dsc.Records[70].Name.text, "DISTANCE");
+
+  DemoResult second;
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, second, &error, 1));
+  EXPECT_TRUE(second.Written.isEmpty());
+}
+
+}  // namespace
