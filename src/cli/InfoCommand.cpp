@@ -68,7 +68,7 @@ ordered_json Describe(const QString& path, OutingHeader& h, const ChannelDescrip
   j["Firmware"] = h.Firmware;
   j["LcuSerial"] = h.LcuSerial;
   j["Converted"] = h.LcuSerial == kConvertedSerial;
-  j["Checksum"] = QStringLiteral("%1H").arg(h.Checksum, 4, 16, QLatin1Char('0')).toUpper().toStdString();
+  j["Checksum"] = h.Checksum;
   j["MemoryBlocks"] = h.MemoryBlocks;
   j["RunSeconds"] = h.RunSeconds;
   j["Resets"] = h.Resets;
@@ -135,7 +135,7 @@ void PrintText(const ordered_json& j) {
   line("System", j["SystemName"].get<std::string>());
   line("Version", j["Version"].get<std::string>() + "   firmware " + std::to_string(j["Firmware"].get<int>()));
   line("LCU", std::to_string(j["LcuSerial"].get<int>()) + (j["Converted"].get<bool>() ? "  (converted outing)" : ""));
-  line("Checksum", j["Checksum"].get<std::string>());
+  line("Checksum", QStringLiteral("%1H").arg(j["Checksum"].get<int>(), 4, 16, QLatin1Char('0')).toUpper().toStdString());
   const int run = j["RunSeconds"].get<int>();
   char run_text[16];
   std::snprintf(run_text, sizeof run_text, "%02d:%02d", run / 60, run % 60);
