@@ -31,7 +31,8 @@ bool ReadCentreline(const QString& path, Centreline& out, QString* error) {
     if (line.isEmpty() || line.startsWith(QLatin1Char('#'))) continue;
     const QStringList fields = line.split(QLatin1Char(','));
     if (fields.size() < 2) {
-      if (error) *error = QStringLiteral("%1 line %2: expected x and y, found '%3'").arg(path).arg(line_number).arg(line);
+      if (error)
+        *error = QStringLiteral("%1 line %2: expected x and y, found '%3'").arg(path).arg(line_number).arg(line);
       return false;
     }
     double xy[2] = {0, 0};
@@ -49,7 +50,8 @@ bool ReadCentreline(const QString& path, Centreline& out, QString* error) {
   }
   const int n = static_cast<int>(read.X.size());
   if (n < kMinPoints) {
-    if (error) *error = QStringLiteral("%1 has %2 points; a circuit needs at least %3").arg(path).arg(n).arg(kMinPoints);
+    if (error)
+      *error = QStringLiteral("%1 has %2 points; a circuit needs at least %3").arg(path).arg(n).arg(kMinPoints);
     return false;
   }
   double length = 0;

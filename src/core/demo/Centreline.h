@@ -19,5 +19,4 @@ bool ReadCentreline(const QString& path, Centreline& out, QString* error = nullp
 
 // The line a car drives on circuit `name` in `tracks_dir`: racelines/<name>.csv when that file
 // exists, otherwise the centreline <name>.csv.
-bool ReadDrivenLine(const QString& tracks_dir, const QString& name, Centreline& out,
-                    QString* error = nullptr);
+bool ReadDrivenLine(const QString& tracks_dir, const QString& name, Centreline& out, QString* error = nullptr);

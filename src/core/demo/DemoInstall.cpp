@@ -45,8 +45,7 @@ bool MakeIfMissing(const QString& path, DemoResult& result, QString* error, F wr
 bool MakeOuting(DemoOutingSpec spec, const QString& path, int laps_cap, QString* error) {
   if (laps_cap > 0) spec.FlyingLaps = std::min(spec.FlyingLaps, laps_cap);
   Centreline line;
-  const QString csv = JoinPath(JoinPath(ShippedDataDirectory(), QStringLiteral("tracks")), spec.Circuit + ".csv");
-  if (!ReadCentreline(csv, line, error)) return false;
+  if (!ReadDrivenLine(JoinPath(ShippedDataDirectory(), QStringLiteral("tracks")), spec.Circuit, line, error)) return false;
   SimulationOptions options;
   options.flying_laps = spec.FlyingLaps;
   options.seed = spec.Seed;

@@ -11,12 +11,12 @@ constexpr double kG = 9.81;
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kDegPerRad = 180.0 / kPi;
 constexpr double kEarthRadiusM = 6371000.0;
-constexpr double kStepM = 1.0;            // resampling step of the driven line
+constexpr double kStepM = 1.0;              // resampling step of the driven line
 constexpr int kHeadingSmoothHalfWidth = 7;  // three passes of a 15 m box: curvature without kinks
 constexpr double kPitZoneM = 250;
-constexpr double kOutLapPushM = 600;      // the out lap's last metres are driven at full pace
-constexpr double kInLapPushM = 300;       // and the in lap's first, so the timed laps end cleanly
-constexpr double kVariationNodeM = 120;   // spacing of the within-lap grip-use wander
+constexpr double kOutLapPushM = 600;     // the out lap's last metres are driven at full pace
+constexpr double kInLapPushM = 300;      // and the in lap's first, so the timed laps end cleanly
+constexpr double kVariationNodeM = 120;  // spacing of the within-lap grip-use wander
 constexpr double kLaunchRpm = 6500;
 constexpr double kDt = 0.001;
 constexpr int kMaxFlyingLaps = 50;
@@ -97,9 +97,8 @@ void SmoothCircular(std::vector<double>& v, int half_width, int passes) {
 
 // The driven line resampled to equal steps from the start/finish line, with its curvature.
 struct LapPath {
-  int N = 0;
+  int Steps = 0;
   double Ds = 0, Length = 0;
-  double TotalTurnRad = 0;
   std::vector<double> X, Y, K;  // K: 1/m, positive turning left
   std::vector<double> Bump[2];  // road profile under the left and right wheels, unit std
 };
@@ -128,12 +127,12 @@ LapPath BuildLapPath(const Centreline& line, Random& random) {
       s0 = cum[i] + t * (cum[i + 1] - cum[i]);
     }
   }
-  path.N = std::max(10, static_cast<int>(RoundHalfEven(path.Length / kStepM)));
-  path.Ds = path.Length / path.N;
-  path.X.resize(path.N);
-  path.Y.resize(path.N);
-  for (int m = 0; m < path.N; ++m) {
-    double s = std::fmod(s0 + m * path.Ds, path.Length);
+  path.Steps = std::max(10, static_cast<int>(RoundHalfEven(path.Length / kStepM)));
+  path.Ds = path.Length / path.Steps;
+  path.X.resize(path.Steps);
+  path.Y.resize(path.Steps);
+  for (int m = 0; m < path.Steps; ++m) {
+    const double s = std::fmod(s0 + m * path.Ds, path.Length);
     int seg = static_cast<int>(std::upper_bound(cum.begin(), cum.end(), s) - cum.begin()) - 1;
     seg = std::clamp(seg, 0, n - 1);
     const int next = (seg + 1) % n;
@@ -144,36 +143,34 @@ LapPath BuildLapPath(const Centreline& line, Random& random) {
   }
   // Heading of each step, unwrapped; the detrended part is periodic and can be smoothed round
   // the loop, and its differences then sum to exactly the loop's total turn.
-  const int N = path.N;
-  std::vector<double> raw(N), heading(N);
-  for (int m = 0; m < N; ++m) {
-    const int next = (m + 1) % N;
+  const int steps = path.Steps;
+  std::vector<double> raw(steps), heading(steps);
+  for (int m = 0; m < steps; ++m) {
+    const int next = (m + 1) % steps;
     raw[m] = std::atan2(path.Y[next] - path.Y[m], path.X[next] - path.X[m]);
   }
-  double total = 0;
   heading[0] = raw[0];
-  for (int m = 1; m < N; ++m) heading[m] = heading[m - 1] + WrapPi(raw[m] - raw[m - 1]);
-  total = heading[N - 1] - heading[0] + WrapPi(raw[0] - raw[N - 1]);
-  path.TotalTurnRad = total;
-  std::vector<double> detrended(N);
-  for (int m = 0; m < N; ++m) detrended[m] = heading[m] - total * m / N;
+  for (int m = 1; m < steps; ++m) heading[m] = heading[m - 1] + WrapPi(raw[m] - raw[m - 1]);
+  const double total = heading[steps - 1] - heading[0] + WrapPi(raw[0] - raw[steps - 1]);
+  std::vector<double> detrended(steps);
+  for (int m = 0; m < steps; ++m) detrended[m] = heading[m] - total * m / steps;
   SmoothCircular(detrended, kHeadingSmoothHalfWidth, 3);
-  path.K.resize(N);
-  for (int m = 0; m < N; ++m) {
-    const int prev = (m + N - 1) % N;
+  path.K.resize(steps);
+  for (int m = 0; m < steps; ++m) {
+    const int prev = (m + steps - 1) % steps;
     path.K[m] = (detrended[m] - detrended[prev]) / path.Ds + total / path.Length;
   }
   // The bumps are the circuit's: the same under each lap.
   for (int side = 0; side < 2; ++side) {
-    path.Bump[side].resize(N);
-    for (int m = 0; m < N; ++m) path.Bump[side][m] = random.Normal();
+    path.Bump[side].resize(steps);
+    for (int m = 0; m < steps; ++m) path.Bump[side][m] = random.Normal();
     SmoothCircular(path.Bump[side], 2, 2);
   }
-  for (int m = 0; m < N; ++m) path.Bump[1][m] = 0.6 * path.Bump[0][m] + 0.8 * path.Bump[1][m];
+  for (int m = 0; m < steps; ++m) path.Bump[1][m] = 0.6 * path.Bump[0][m] + 0.8 * path.Bump[1][m];
   for (int side = 0; side < 2; ++side) {
     double sq = 0;
     for (double b : path.Bump[side]) sq += b * b;
-    const double scale = 1.0 / std::sqrt(std::max(sq / N, 1e-12));
+    const double scale = 1.0 / std::sqrt(std::max(sq / steps, 1e-12));
     for (double& b : path.Bump[side]) b *= scale;
   }
   return path;
@@ -202,8 +199,8 @@ double AtLap(const std::vector<double>& v, const LapPath& path, double pos) {
   const double u = pos / path.Ds;
   int i0 = static_cast<int>(u);
   const double f = u - i0;
-  i0 %= path.N;
-  const int i1 = (i0 + 1) % path.N;
+  i0 %= path.Steps;
+  const int i1 = (i0 + 1) % path.Steps;
   return v[i0] + f * (v[i1] - v[i0]);
 }
 
@@ -238,15 +235,19 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
   out.LineLengthM = path.Length;
 
   // Outing plan on a global grid of steps: out lap from the pit, timed laps, in lap to the stop.
-  const int N = path.N;
+  const int lap_steps = path.Steps;
   const double ds = path.Ds;
   const int laps = std::clamp(options.flying_laps, 0, kMaxFlyingLaps);
-  const int start_idx = static_cast<int>(RoundHalfEven(std::clamp(options.start_fraction, 0.0, 0.99) * N)) % N;
-  const int out_steps = N - start_idx;
-  const int stop_steps = std::max(1, static_cast<int>(RoundHalfEven(std::clamp(options.stop_fraction, 0.05, 1.0) * N)));
-  const int M = out_steps + laps * N + stop_steps;
+  const double slow_grip = std::clamp(options.out_lap_grip, 0.3, 1.0);
+  const double slow_power = std::clamp(options.out_lap_power, 0.2, 1.0);
+  const int start_idx =
+      static_cast<int>(RoundHalfEven(std::clamp(options.start_fraction, 0.0, 0.99) * lap_steps)) % lap_steps;
+  const int out_steps = lap_steps - start_idx;
+  const int stop_steps =
+      std::max(1, static_cast<int>(RoundHalfEven(std::clamp(options.stop_fraction, 0.05, 1.0) * lap_steps)));
+  const int steps = out_steps + laps * lap_steps + stop_steps;
   const int first_beacon = out_steps;
-  const int in_lap_start = out_steps + laps * N;
+  const int in_lap_start = out_steps + laps * lap_steps;
 
   // Driver: each timed lap uses a share of the grip and of the braking, one lap clearly the best.
   const double var = std::max(0.0, options.driver_variation);
@@ -257,7 +258,7 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     lap_grip[l] = l == fast_lap ? 1.0 - 0.05 * var : 1.0 - var * (0.45 + 0.6 * zg);
     lap_brake[l] = l == fast_lap ? 1.0 - 0.1 * var : 1.0 - var * (0.4 + zb);
   }
-  const int nodes = static_cast<int>(M * ds / kVariationNodeM) + 2;
+  const int nodes = static_cast<int>(steps * ds / kVariationNodeM) + 2;
   std::vector<double> wander_grip(nodes), wander_brake(nodes);
   for (int q = 0; q < nodes; ++q) {
     wander_grip[q] = random.Normal();
@@ -270,10 +271,10 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
   const double drag_per_v2 = 0.5 * car.air_density * car.drag_area_m2 / m;
   const double engine_power = car.power_kw * 1000 * car.drivetrain_efficiency;
 
-  std::vector<double> grip(M + 1), brake(M + 1), power(M + 1), limit(M + 1), k(M + 1);
-  for (int j = 0; j <= M; ++j) {
+  std::vector<double> grip(steps + 1), brake(steps + 1), power(steps + 1), limit(steps + 1), k(steps + 1);
+  for (int j = 0; j <= steps; ++j) {
     const double s = j * ds;
-    k[j] = path.K[(start_idx + j) % N];
+    k[j] = path.K[(start_idx + j) % lap_steps];
     const double u = s / kVariationNodeM;
     const int q = std::min(static_cast<int>(u), nodes - 2);
     const double f = u - q;
@@ -282,10 +283,10 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     const bool slow = (j < first_beacon && (first_beacon - j) * ds > kOutLapPushM) ||
                       (j >= in_lap_start && (j - in_lap_start) * ds > kInLapPushM);
     if (slow) {
-      grip[j] = brake[j] = options.out_lap_grip;
-      power[j] = options.out_lap_power;
+      grip[j] = brake[j] = slow_grip;
+      power[j] = slow_power;
     } else {
-      const int l = std::clamp((j - first_beacon) / N, 0, std::max(0, laps - 1));
+      const int l = std::clamp((j - first_beacon) / lap_steps, 0, std::max(0, laps - 1));
       const double g = laps > 0 ? lap_grip[l] : 1.0;
       const double b = laps > 0 ? lap_brake[l] : 1.0;
       grip[j] = g * (1 + 0.3 * var * wg);
@@ -297,15 +298,15 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     double v = denom > 1e-9 ? std::sqrt(a_lat / denom) : top_speed;
     v = std::min(v, top_speed);
     // One step past the zone, so that no step leaving it speeds up inside it.
-    if (s <= kPitZoneM + ds || (M - j) * ds <= kPitZoneM + ds) v = std::min(v, pit_speed);
+    if (s <= kPitZoneM + ds || (steps - j) * ds <= kPitZoneM + ds) v = std::min(v, pit_speed);
     limit[j] = v;
   }
-  limit[0] = limit[M] = 0;
+  limit[0] = limit[steps] = 0;
 
   // Forward pass: power and traction inside the friction circle.
-  std::vector<double> vel(M + 1);
+  std::vector<double> vel(steps + 1);
   vel[0] = 0;
-  for (int j = 0; j < M; ++j) {
+  for (int j = 0; j < steps; ++j) {
     const double v = vel[j];
     const double grip_total = grip[j] * car.mu * (kG + lift_per_v2 * v * v);
     const double r = v * v * std::fabs(k[j]) / grip_total;
@@ -319,7 +320,7 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     vel[j + 1] = std::min(v2 > 0 ? std::sqrt(v2) : 0.0, limit[j + 1]);
   }
   // Backward pass: brakes and grip inside the friction circle.
-  for (int j = M; j > 0; --j) {
+  for (int j = steps; j > 0; --j) {
     const double v = vel[j];
     const double grip_total = grip[j] * car.mu * (kG + lift_per_v2 * v * v);
     const double r = v * v * std::fabs(k[j]) / grip_total;
@@ -330,24 +331,26 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     if (before < vel[j - 1]) vel[j - 1] = before;
   }
   // Constant acceleration over each step: times, and speed and distance inside a step agree exactly.
-  std::vector<double> time(M + 1, 0.0), acc(M, 0.0);
-  for (int j = 0; j < M; ++j) {
+  std::vector<double> time(steps + 1, 0.0), acc(steps, 0.0);
+  for (int j = 0; j < steps; ++j) {
     const double sum = vel[j] + vel[j + 1];
     time[j + 1] = time[j] + (sum > 1e-9 ? 2 * ds / sum : 0.0);
     acc[j] = (vel[j + 1] * vel[j + 1] - vel[j] * vel[j]) / (2 * ds);
   }
 
   const double idle_start = std::max(0, options.idle_start_ms) * kDt;
-  const int drive_end_ms = static_cast<int>(RoundHalfEven((idle_start + time[M]) * 1000));
+  const int drive_end_ms = static_cast<int>(RoundHalfEven((idle_start + time[steps]) * 1000));
   out.EndTimeMs = drive_end_ms + std::max(0, options.idle_end_ms);
   for (int l = 0; l <= laps; ++l) {
-    out.BeaconTimesMs.push_back(static_cast<int>(RoundHalfEven((idle_start + time[first_beacon + l * N]) * 1000)));
+    out.BeaconTimesMs.push_back(
+        static_cast<int>(RoundHalfEven((idle_start + time[first_beacon + l * lap_steps]) * 1000)));
   }
   for (size_t l = 1; l < out.BeaconTimesMs.size(); ++l) {
     out.LapTimesMs.push_back(out.BeaconTimesMs[l] - out.BeaconTimesMs[l - 1]);
   }
   if (!out.LapTimesMs.empty()) {
-    out.FastLapIndex = static_cast<int>(std::min_element(out.LapTimesMs.begin(), out.LapTimesMs.end()) - out.LapTimesMs.begin());
+    out.FastLapIndex =
+        static_cast<int>(std::min_element(out.LapTimesMs.begin(), out.LapTimesMs.end()) - out.LapTimesMs.begin());
   }
 
   double ref_lat = options.reference_lat_deg, ref_lon = options.reference_lon_deg, ref_alt = options.reference_alt_m;
@@ -365,10 +368,10 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
   const double lon_per_m = kDegPerRad / (kEarthRadiusM * std::cos(ref_lat / kDegPerRad));
 
   const size_t count = static_cast<size_t>(out.EndTimeMs) + 1;
-  for (auto* ch : {&out.DistanceM, &out.SpeedKmh, &out.LatG, &out.LongG, &out.YawRateDegS, &out.ThrottlePct,
-                   &out.BrakeBar, &out.SteeringDeg, &out.Rpm, &out.Gear, &out.WaterTempC, &out.OilTempC,
-                   &out.OilPressureBar, &out.FuelPressureBar, &out.FuelUsedL, &out.BatteryV, &out.GpsAltM,
-                   &out.XM, &out.YM}) {
+  for (auto* ch :
+       {&out.DistanceM, &out.SpeedKmh, &out.LatG, &out.LongG, &out.YawRateDegS, &out.ThrottlePct, &out.BrakeBar,
+        &out.SteeringDeg, &out.Rpm, &out.Gear, &out.WaterTempC, &out.OilTempC, &out.OilPressureBar,
+        &out.FuelPressureBar, &out.FuelUsedL, &out.BatteryV, &out.GpsAltM, &out.XM, &out.YM}) {
     ch->resize(count);
   }
   for (int w = 0; w < 4; ++w) {
@@ -398,10 +401,10 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     bool moving = false;
     if (t <= 0) {
       s = 0;
-    } else if (ms >= drive_end_ms || t >= time[M]) {
-      s = M * ds;
+    } else if (ms >= drive_end_ms || t >= time[steps]) {
+      s = steps * ds;
     } else {
-      while (j < M - 1 && time[j + 1] <= t) ++j;
+      while (j < steps - 1 && time[j + 1] <= t) ++j;
       const double tau = t - time[j];
       a = acc[j];
       v = std::max(0.0, vel[j] + a * tau);
@@ -426,7 +429,8 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     out.LongG[i] = static_cast<float>(long_true + 0.012 * long_noise.Next(random));
     out.YawRateDegS[i] = static_cast<float>(v * kk * kDegPerRad + 0.15 * yaw_noise.Next(random));
     const double road_wheel = std::atan(car.wheelbase_m * kk) + car.understeer_deg_per_g * lat_true / kDegPerRad;
-    out.SteeringDeg[i] = static_cast<float>(road_wheel * kDegPerRad * car.steering_ratio + 0.5 * steer_noise.Next(random));
+    out.SteeringDeg[i] =
+        static_cast<float>(road_wheel * kDegPerRad * car.steering_ratio + 0.5 * steer_noise.Next(random));
 
     // Gearbox: neutral while standing, then the driver's shift points with a minimum gap.
     if (!moving) {
@@ -488,7 +492,7 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     for (int w = 0; w < 4; ++w) {
       const int axle = w / 2;
       const double side = (w % 2 == 0) ? -1.0 : 1.0;  // a left-hand corner loads the right side
-      const double pitch = axle == 0 ? -cg : cg;       // braking loads the front
+      const double pitch = axle == 0 ? -cg : cg;      // braking loads the front
       const double pos = car.damper_static_mm[axle] + side * car.damper_lateral_mm_per_g[axle] * cl +
                          pitch * car.damper_longitudinal_mm_per_g[axle] + car.damper_aero_mm_at_250kmh[axle] * aero +
                          road * bump[w] + (0.05 + 0.15 * road) * damper_noise[w].Next(random);
@@ -503,7 +507,8 @@ SimulatedOuting SimulateOuting(const Centreline& line, const CarModel& car, cons
     out.WaterTempC[i] = static_cast<float>(water_t);
     out.OilTempC[i] = static_cast<float>(oil_t);
     const double viscosity = std::clamp(1 + 0.006 * (100 - oil_t), 0.8, 1.4);
-    out.OilPressureBar[i] = static_cast<float>(0.8 + 4.6 * rpm / car.rpm_limit * viscosity + 0.04 * oil_noise.Next(random));
+    out.OilPressureBar[i] =
+        static_cast<float>(0.8 + 4.6 * rpm / car.rpm_limit * viscosity + 0.04 * oil_noise.Next(random));
     out.FuelPressureBar[i] = static_cast<float>(5.0 - 0.15 * throttle / 100 + 0.03 * fuel_p_noise.Next(random));
     fuel_used += (0.0006 + car.full_fuel_flow_l_s * throttle / 100 * rpm / car.rpm_limit) * kDt;
     out.FuelUsedL[i] = static_cast<float>(fuel_used);

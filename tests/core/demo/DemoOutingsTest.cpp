@@ -33,7 +33,7 @@ class DemoOutings : public ::testing::Test {
       spec.FlyingLaps = 2;
       Centreline line;
       QString error;
-      ASSERT_TRUE(ReadCentreline(JoinPath(ShippedDataDirectory(), "tracks/" + spec.Circuit + ".csv"), line, &error))
+      ASSERT_TRUE(ReadDrivenLine(JoinPath(ShippedDataDirectory(), "tracks"), spec.Circuit, line, &error))
           << error.toStdString();
       SimulationOptions options;
       options.flying_laps = spec.FlyingLaps;

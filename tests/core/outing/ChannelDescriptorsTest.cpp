@@ -219,14 +219,6 @@ TEST_F(DescriptorWorkspace, WritingTheGroupsRewritesOnlyTheHead) {
   EXPECT_EQ(ws->ChannelDscCount, 4);
 }
 
-TEST_F(DescriptorWorkspace, AMissingFileIsReported) {
-  EXPECT_FALSE(ReadChannelDescriptors(*ws));
-  ASSERT_EQ(messages.entries.size(), 1u);
-  EXPECT_EQ(messages.entries[0].text, "Error: Channel descriptor file not found");
-  EXPECT_EQ(messages.entries[0].title, "Read Channels");
-  EXPECT_EQ(messages.entries[0].icon, MessageIcon::Exclamation);
-}
-
 TEST(ChannelIdentity, SourceNamesByKey) {
   struct Case {
     int key;

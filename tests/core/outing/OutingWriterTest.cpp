@@ -158,23 +158,11 @@ TEST(OutingWriter, IntegerSamplesRoundHalfToEvenAndSaturate) {
   };
   for (const Case& c : cases) {
     const QByteArray b = EncodeSamples(c.type, {c.value});
-    int64_t v = 0;
-    switch (c.type) {
-      case SampleType::U8:
-        ASSERT_EQ(b.size(), 1);
-        v = static_cast<uint8_t>(b[0]);
-        break;
-      case SampleType::I16:
-        ASSERT_EQ(b.size(), 2);
-        v = static_cast<int16_t>(static_cast<uint8_t>(b[0]) | (static_cast<uint8_t>(b[1]) << 8));
-        break;
-      default:
-        ASSERT_EQ(b.size(), 4);
-        v = static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint8_t>(b[0])) |
-                                 (static_cast<uint32_t>(static_cast<uint8_t>(b[1])) << 8) |
-                                 (static_cast<uint32_t>(static_cast<uint8_t>(b[2])) << 16) |
-                                 (static_cast<uint32_t>(static_cast<uint8_t>(b[3])) << 24));
-    }
+    const int width = c.type == SampleType::U8 ? 1 : c.type == SampleType::I16 ? 2 : 4;
+    ASSERT_EQ(b.size(), width);
+    int64_t v = 0;  // little-endian, two's complement for the signed types
+    for (int i = width - 1; i >= 0; --i) v = (v << 8) | static_cast<uint8_t>(b[i]);
+    if (c.type != SampleType::U8 && v >= (int64_t{1} << (8 * width - 1))) v -= int64_t{1} << (8 * width);
     EXPECT_EQ(v, c.stored) << SampleTypeName(c.type) << " " << c.value;
   }
 
