@@ -19,3 +19,4 @@ QString SetupDirectoryOf(const CliContext& context);
 
 void AddInfoCommand(CLI::App& cli, CliContext& context);
 void AddDemoCommand(CLI::App& cli, CliContext& context);
+void AddExportCommand(CLI::App& cli, CliContext& context);

@@ -6,7 +6,11 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "cli/CliWorkspace.h"
 #include "cli/Commands.h"
+#include "core/compute/Filters.h"
+#include "core/outing/HeaderProcessing.h"
+#include "core/track/Laps.h"
 #include "core/app/Files.h"
 #include "core/app/Paths.h"
 #include "core/app/SettingsStore.h"
@@ -122,6 +126,112 @@ ordered_json Describe(const QString& path, OutingHeader& h, const ChannelDescrip
   return j;
 }
 
+ordered_json Calibration(const ChannelRec& c) {
+  ordered_json cal;
+  cal["CalType"] = c.CalType;
+  cal["CalOffset"] = c.CalOffset;
+  cal["CalCoefA"] = c.CalCoefA;
+  cal["CalCoefB"] = c.CalCoefB;
+  cal["CalCoefC"] = c.CalCoefC;
+  if (c.CalType == 0 || c.CalType == 4) {
+    cal["CalPoints"] = c.CalPoints;
+    ordered_json x = ordered_json::array(), y = ordered_json::array();
+    for (int p = 0; p <= std::clamp<int>(c.CalPoints, 0, 12); ++p) {
+      x.push_back(c.CalX[static_cast<std::size_t>(p)]);
+      y.push_back(c.CalY[static_cast<std::size_t>(p)]);
+    }
+    cal["CalX"] = x;
+    cal["CalY"] = y;
+  }
+  return cal;
+}
+
+// What the load of the outing made of it: laps, standard channels, channels with calibration.
+ordered_json DescribeOuting(const OutingRec& o) {
+  ordered_json j;
+  j["DateText"] = o.DateText.toStdString();
+  j["LastLap"] = o.LastLap;
+  j["FastLap"] = o.FastLap;
+  ordered_json laps = ordered_json::array();
+  for (int l = 0; l < o.LastLap; ++l) {
+    const LapRec& lap = o.Laps[static_cast<std::size_t>(l)];
+    laps.push_back({{"Lap", l},
+                    {"Number", LapNumberText(o, l).toStdString()},
+                    {"Label", LapLabel(o, l).toStdString()},
+                    {"StartTime", lap.StartTime},
+                    {"StartDistance", lap.StartDistance},
+                    {"DistanceScale", lap.DistanceScale},
+                    {"LapTime", LapTimeMs(o, l)},
+                    {"LapTimeText", LapTimeText(LapTimeMs(o, l)).toStdString()}});
+  }
+  j["Laps"] = laps;
+  ordered_json standard;
+  const std::pair<const char*, int16_t> kStandard[] = {
+      {"ChanLatG", o.ChanLatG},       {"ChanDistance", o.ChanDistance}, {"ChanFuel", o.ChanFuel},
+      {"ChanGyro", o.ChanGyro},       {"ChanSpeed", o.ChanSpeed},       {"ChanLapCount", o.ChanLapCount},
+      {"ChanLapTime", o.ChanLapTime}, {"ChanSplitTime", o.ChanSplitTime}, {"ChanBoxSerial", o.ChanBoxSerial},
+      {"ChanRpm", o.ChanRpm},         {"ChanMpg", o.ChanMpg},           {"ChanLapDistance", o.ChanLapDistance},
+      {"ChanThrottle", o.ChanThrottle}, {"ChanGpsLat", o.ChanGpsLat},   {"ChanGpsLong", o.ChanGpsLong},
+      {"ChanGpsAlt", o.ChanGpsAlt}};
+  for (const auto& [name, index] : kStandard) standard[name] = index;
+  j["StandardChannels"] = standard;
+  ordered_json channels = ordered_json::array();
+  for (int i = 0; i < o.LastChannel; ++i) {
+    const ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
+    ordered_json ch;
+    ch["Index"] = i;
+    ch["Key"] = c.Key;
+    ch["Name"] = Shown(c.Name);
+    ch["Units"] = Shown(c.Units);
+    ch["Rate"] = c.Rate;
+    ch["Filter"] = FilterKindName(c.FilterKind);
+    int key = c.Key;
+    if (key >= 112 && key <= 127) key = o.ExpansionMap[static_cast<std::size_t>(key - 112)].Key;
+    if (key <= 63) {
+      ch["Calibration"] = Calibration(c);
+    } else if ((key >= 128 && key <= 191) || (key >= 224 && key <= 255)) {
+      ch["Calibration"] = {{"Gain", c.CalCoefB}, {"Offset", c.CalCoefC}};
+    }
+    channels.push_back(ch);
+  }
+  j["Channels"] = channels;
+  return j;
+}
+
+void PrintOuting(const ordered_json& j) {
+  std::printf("\nLaps (last lap %d, fast lap %d)\n", j["LastLap"].get<int>(), j["FastLap"].get<int>());
+  std::printf("%5s %6s %-5s %10s %12s %10s %10s\n", "Lap", "Number", "", "StartTime", "StartDist", "Scale", "Time");
+  for (const auto& l : j["Laps"]) {
+    std::printf("%5d %6s %-5s %10d %12.1f %10.6f %10s\n", l["Lap"].get<int>(), l["Number"].get<std::string>().c_str(),
+                l["Label"].get<std::string>().c_str(), l["StartTime"].get<int>(), l["StartDistance"].get<double>(),
+                l["DistanceScale"].get<double>(), l["LapTimeText"].get<std::string>().c_str());
+  }
+  std::printf("\nStandard channels:");
+  for (const auto& [name, index] : j["StandardChannels"].items()) {
+    if (index.get<int>() > 0 || (index.get<int>() == 0 && name != "ChanFuel" && name != "ChanSpeed")) {
+      std::printf(" %s=%d", name.c_str() + 4, index.get<int>());
+    }
+  }
+  std::printf("\n\n%5s %5s  %-32s %-10s %8s  %s\n", "Index", "Key", "Name", "Units", "Hz", "Calibration");
+  for (const auto& c : j["Channels"]) {
+    std::string cal;
+    if (c.contains("Calibration")) {
+      const auto& k = c["Calibration"];
+      char buf[160];
+      if (k.contains("Gain")) {
+        std::snprintf(buf, sizeof buf, "gain %g offset %g", k["Gain"].get<double>(), k["Offset"].get<double>());
+      } else {
+        std::snprintf(buf, sizeof buf, "type %d  a=%g b=%g c=%g  user offset %g", k["CalType"].get<int>(),
+                      k["CalCoefA"].get<double>(), k["CalCoefB"].get<double>(), k["CalCoefC"].get<double>(),
+                      k["CalOffset"].get<double>());
+      }
+      cal = buf;
+    }
+    std::printf("%5d %5d  %-32s %-10s %8g  %s\n", c["Index"].get<int>(), c["Key"].get<int>(), c["Name"].get<std::string>().c_str(),
+                c["Units"].get<std::string>().c_str(), c["Rate"].get<double>() * 1000.0, cal.c_str());
+  }
+}
+
 void PrintText(const ordered_json& j) {
   auto line = [](const char* label, const std::string& value) { std::printf("%-14s %s\n", label, value.c_str()); };
   line("File", j["File"].get<std::string>() + "  (" + std::to_string(j["FileSize"].get<int64_t>()) + " bytes)");
@@ -181,11 +291,16 @@ void AddInfoCommand(CLI::App& cli, CliContext& context) {
     }
     ChannelDescriptorFile dsc;  // names of built-in channels, when the home has its CHANNEL.DSC
     ReadChannelDescriptorFile(JoinPath(SetupDirectoryOf(context), kChannelDscFileName), dsc);
-    const ordered_json j = Describe(path, header, dsc);
+    ordered_json j = Describe(path, header, dsc);
+    // What a load makes of it, when the header can be loaded at all.
+    StderrMessages messages;
+    auto ws = j["Problems"].empty() ? StartCliWorkspace(context, messages) : nullptr;
+    if (ws && LoadCliOuting(*ws, path)) j["Outing"] = DescribeOuting(OutingAt(*ws, 0));
     if (*json) {
       std::printf("%s\n", j.dump(2).c_str());
     } else {
       PrintText(j);
+      if (j.contains("Outing")) PrintOuting(j["Outing"]);
     }
     if (!j["Problems"].empty()) context.exit_code = 2;
   });

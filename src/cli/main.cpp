@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   cli.add_option("--home", context.home, "Home folder (default $ORLAN_HOME, else ~/Orlan Vector)");
   AddInfoCommand(cli, context);
   AddDemoCommand(cli, context);
+  AddExportCommand(cli, context);
   try {
     cli.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

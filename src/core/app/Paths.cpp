@@ -58,11 +58,12 @@ PathSettings DefaultPaths(const QString& home) {
   return p;
 }
 
-void ReadPaths(Workspace& ws) {
+void ReadPaths(Workspace& ws, bool create_directories) {
   const PathSettings defaults = DefaultPaths(ws.Home);
   for (const PathKey& k : kPathKeys) {
     ws.Paths.*(k.member) = ws.Settings.Read(kAppFamily, kPathsSection, k.key, defaults.*(k.member));
   }
+  if (!create_directories) return;
   QDir dir;
   for (const PathKey& k : kPathKeys) dir.mkpath(ws.Paths.*(k.member));
   dir.mkpath(UnderHome(ws.Home, "Sample"));

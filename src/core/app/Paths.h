@@ -27,9 +27,9 @@ QString ResolveHome(const QString& override_dir = QString());
 // The ten paths as they are when the store holds none.
 PathSettings DefaultPaths(const QString& home);
 
-// Reads the ten keys (defaults under ws.Home) and makes sure the directories exist, with
-// "Sample" under the home. A directory that cannot be made is left; the open that needs it
-// fails with its own message.
-void ReadPaths(Workspace& ws);
+// Reads the ten keys (defaults under ws.Home) and, unless told not to, makes sure the
+// directories exist, with "Sample" under the home. A directory that cannot be made is left;
+// the open that needs it fails with its own message.
+void ReadPaths(Workspace& ws, bool create_directories = true);
 // Writes the ten keys back.
 void WritePaths(Workspace& ws);

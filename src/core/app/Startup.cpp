@@ -38,20 +38,21 @@ QString ProgramVersionText() {
   return text.left(8).trimmed();  // kept in an 8-character field
 }
 
-bool StartUp(Workspace& ws) {
+bool StartUp(Workspace& ws, bool for_window) {
   ws.VersionText = ProgramVersionText();
   ws.Title = QStringLiteral("Orlan Vector - Analysis - (") + ws.VersionText + ')';
-  ws.HelpFilePath = HelpFile(ws, QStringLiteral("Data Analysis"));
-  ReadPaths(ws);
+  if (for_window) ws.HelpFilePath = HelpFile(ws, QStringLiteral("Data Analysis"));
+  ReadPaths(ws, for_window);
   ws.CurFolder = 0;
   ws.CurOuting = 0;
   ReadRegistryData(ws);
+  if (!for_window) ws.Options.AlwaysConvert = false;
   if (!ReadChannelDescriptors(ws)) return false;
   LoadMathChannels(ws);
   ProcessMathDefs(ws);
   LoadGlobalConstants(ws);
   ReadPalette(ws);
-  LoadReports(ws);
+  if (for_window) LoadReports(ws);
   ws.UserLevels = {QStringLiteral("Anyone"), QStringLiteral("Engine Builder"), QStringLiteral("ZOL Technician"),
                    QStringLiteral("Supervisor")};
   for (FolderRec& folder : ws.FolderTable) InitFolder(folder);

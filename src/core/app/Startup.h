@@ -23,8 +23,9 @@ QString ProgramVersionText();
 // The start-up in its order, up to showing the windows: version and title, help file, paths
 // and their directories, options, CHANNEL.DSC, math definitions and constants, palette, reports,
 // user levels, and the 16 folders with folder 1 in use. False when CHANNEL.DSC is missing: the
-// program ends there, after its message.
-bool StartUp(Workspace& ws);
+// program ends there, after its message. A command-line start (`for_window` false) makes no
+// directory or file, looks for no help file, and never converts an outing on its own.
+bool StartUp(Workspace& ws, bool for_window = true);
 
 // At the end: the options and the ten paths are written back.
 void ShutDown(Workspace& ws);

@@ -59,6 +59,13 @@ struct Workspace {
   // Report layouts (EXCEL.RPT)
   std::vector<ReportRec> Reports;
 
+  // The track map in memory (one at a time): whether one is loaded and its length.
+  bool TrackLoaded = false;
+  float TrackLength = 0;
+
+  // Set when a filter of a channel changed, so the tree and the plots fetch anew.
+  bool FiltersChanged = false;
+
   // Folders and the outing being processed
   std::array<FolderRec, kFolderCount> FolderTable;
   int16_t CurFolder = 0;

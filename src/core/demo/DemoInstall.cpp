@@ -19,6 +19,16 @@ const QStringList kDemoMath = {
     QStringLiteral("Front_Roll[004] = DAMPER FL - DAMPER FR"),
 };
 
+// Display settings of the demo's math channels, so that a load finds them in CHANNEL.DSC.
+struct MathDisplay {
+  const char* name;
+  const char* units;
+  float min, max;
+  uint16_t decimals;
+};
+constexpr MathDisplay kDemoMathDisplay[] = {
+    {"REAR_SLIP", "%", -5, 15, 1}, {"COMBINED_G", "g", 0, 4, 2}, {"FUEL_MASS", "kg", 0, 50, 1}, {"FRONT_ROLL", "mm", -10, 10, 1}};
+
 const std::vector<ConstantRec> kDemoConstants = {
     {QStringLiteral("Brake Bias"), QStringLiteral("57.5")},
     {QStringLiteral("Front Weight"), QStringLiteral("0.45")},
@@ -73,6 +83,15 @@ bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult&
   const QString dsc = ChannelDscPath(ws);
   bool ok = MakeIfMissing(dsc, result, error, [&] {
     ChannelDescriptorFile file = FactoryChannelDescriptors();
+    for (const MathDisplay& m : kDemoMathDisplay) {
+      ChannelDescriptor d = NewChannelDescriptor(QString::fromLatin1(m.name), static_cast<int>(file.Records.size()));
+      d.Units = QString::fromLatin1(m.units);
+      d.ScreenMin = m.min;
+      d.ScreenMax = m.max;
+      d.Decimals = m.decimals;
+      d.Group = d.SourceGroup = 7;  // "Math"
+      file.Records.push_back(d);
+    }
     return WriteFileAtomically(dsc, ChannelDescriptorFileBytes(file), error);
   });
   ok = ok && MakeIfMissing(JoinPath(ws.Paths.MathDirectory, kMathDefFileName), result, error, [&] {

@@ -7,11 +7,13 @@
 #include <cstdint>
 
 #include "core/app/Options.h"
+#include "core/workspace/OutingModel.h"
 
 inline constexpr int kFolderCount = 16;
 inline constexpr int kOutingsPerFolder = 16;
 
 struct FolderRec {
+  std::array<OutingRec, kOutingsPerFolder> Outings;
   int16_t InUse = 0;          // -1 while the folder's tab exists
   int16_t SelOuting = 0;      // outing selected in this folder
   int16_t SelChannel = 0;     // channel selected in this folder
@@ -26,7 +28,31 @@ struct FolderRec {
   int32_t MinimumLaptime = 0;   // seconds
   int16_t Changed = 0;          // -1 after an outing was loaded or removed
   FolderOptions Options;
+  // View window of the plots, from the start of the lap being plotted.
+  int32_t TimeStart = 0;
+  int32_t TimeEnd = 0;
+  float DistanceStart = 0;
+  float DistanceEnd = 0;
 };
+
+struct Workspace;
 
 // Sets the fields a folder starts with: no current outing, no Datum, window state cleared.
 void InitFolder(FolderRec& folder);
+
+// True when any of the 16 slots of the folder holds an outing.
+bool AnyOutingLoaded(const Workspace& ws, int folder);
+// The first free outing slot of the folder; 0 when all are full (callers test Loaded).
+int NextAvailableCID(const Workspace& ws, int folder);
+// The slot of CurFolder whose outing has this file name, or -1.
+int OutingNotLoaded(const Workspace& ws, const QString& file);
+// True when a lap of the outing (0..LastLap-1) is shown; sets the outing's CurLap to it.
+bool FindCurrentLap(Workspace& ws, int outing);
+// The first channel that the lap has chosen, stored in SelChannel; -1 when none.
+int FindCurrentChannel(Workspace& ws, int outing, int lap);
+// The first loaded outing of CurFolder with a shown lap that has a channel: CurOuting, SelOuting.
+bool FindCurrentOuting(Workspace& ws);
+// The first folder in use in which FindCurrentOuting finds an outing: CurFolder.
+bool FindCurrentFolder(Workspace& ws);
+// LapColor of lap 0, or -1 as soon as any lap of the outing has none.
+int OutingColorSet(const Workspace& ws, int outing);

@@ -193,7 +193,8 @@ TEST(DemoInstall, MakesWhatIsMissingAndKeepsWhatIsThere) {
   EXPECT_EQ(kept, QByteArray("user's own file"));
   ChannelDescriptorFile dsc;
   ASSERT_TRUE(ReadChannelDescriptorFile(home.filePath("Setup/CHANNEL.DSC"), dsc));
-  EXPECT_EQ(dsc.Records.size(), 1027u);
+  ASSERT_EQ(dsc.Records.size(), 1027u + 4);  // the keyed area, then the demo math channels
+  EXPECT_EQ(dsc.Records[1027].Name.text, "REAR_SLIP");
   EXPECT_EQ(dsc.Head.GroupNames[2].text, "Telltale");
   for (int key : {70, 68, 83, 133}) EXPECT_FALSE(dsc.Records[static_cast<std::size_t>(key)].Units.text.isEmpty()) << key;
   EXPECT_EQ(dsc.Records[70].Name.text, "DISTANCE");

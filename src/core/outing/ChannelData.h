@@ -1,0 +1,30 @@
+#pragma once
+
+// The one way to channel values: GetChannelData fetches a channel for a lap on first demand
+// (read, scale, filter) and caches it in the lap's LapChannels. Callers then read Samples.
+
+#include <cstdint>
+
+struct Workspace;
+
+inline constexpr int kFetchMarginMs = 5000;  // a lap is fetched this much past its end
+
+// Fills ws…Laps[lap].LapChannels[channel] of outing `slot` in the folder in view. A channel
+// index outside 0..LastChannel does nothing. Math channels come with the math evaluator.
+void GetChannelData(Workspace& ws, int slot, int lap, int channel);
+
+void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel);
+void FetchDerivedChannel(Workspace& ws, int slot, int lap, int channel);
+
+// The upper index of the samples a fetch of this channel and lap makes.
+int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel);
+
+// Forgets the cached samples of one channel in every lap, or of every channel of the outing,
+// after a change of calibration, filter or definition.
+void ClearChannelCache(Workspace& ws, int slot, int channel);
+void ClearOutingCache(Workspace& ws, int slot);
+
+// Minimum, maximum (with their samples), mean and deviation over the folder's time window, and
+// over its distance window. Nothing happens unless the samples are loaded.
+void ComputeTimeStats(Workspace& ws, int slot, int lap, int channel);
+void ComputeDistanceStats(Workspace& ws, int slot, int lap, int channel);

@@ -1,0 +1,16 @@
+#pragma once
+
+// Time and distance within a lap, from the lap's distance channel.
+
+struct Workspace;
+
+// Length in ms of the axes: the Datum span of the folder (LapsDisplayed laps from the Datum
+// lap), or of lap 0 of the first outing when there is no Datum.
+float GetMaxTime(Workspace& ws);
+// Length in ms of `LapsDisplayed` laps from `lap` of the outing.
+float GetLapDuration(Workspace& ws, int slot, int lap);
+
+// Distance from the lap's start at `ms` after it; 0 without a distance channel.
+float TimeToDistance(Workspace& ws, int slot, int lap, float ms);
+// The ms from the lap's start at which the lap reaches `distance`; 0 without a distance channel.
+float DistanceToTime(Workspace& ws, int slot, int lap, float distance);
