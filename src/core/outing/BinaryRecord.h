@@ -44,6 +44,10 @@ struct Field {
   T R::*member;
 };
 
+// Spelled out for compilers without deduction for aggregates (clang before 17).
+template <class R, class T>
+Field(const char*, int, T R::*) -> Field<R, T>;
+
 template <class T, class = void>
 struct IsRecord : std::false_type {};
 template <class T>

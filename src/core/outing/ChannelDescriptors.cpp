@@ -10,7 +10,8 @@ namespace {
 
 // A group stored as "Serial" is shown, and so written back, as "Telltale".
 QString ShownGroupName(const QString& stored) {
-  const QString name = stored.trimmed();
+  QString name = stored;
+  while (name.endsWith(' ')) name.chop(1);
   return name == QLatin1String("Serial") ? QStringLiteral("Telltale") : name;
 }
 

@@ -1,0 +1,149 @@
+#pragma once
+
+// What the outing, channel and lap tests share: a workspace started on a temporary home that
+// holds the factory CHANNEL.DSC, small outing files written with the program's own writer, and
+// short demo outings whose truth the lap simulator knows.
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <ostream>
+#include <vector>
+
+#include "core/app/Files.h"
+#include "core/app/Messages.h"
+#include "core/app/Paths.h"
+#include "core/app/Startup.h"
+#include "core/app/Workspace.h"
+#include "core/demo/DemoInstall.h"
+#include "core/demo/DemoOutings.h"
+#include "core/demo/FactoryDescriptors.h"
+#include "core/outing/ChannelDescriptors.h"
+#include "core/outing/OpenOuting.h"
+#include "core/outing/OutingFormat.h"
+#include "core/outing/OutingWriter.h"
+
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+
+namespace test_outings {
+
+// A workspace with no files behind it, for the routines that work on records alone.
+struct BareWorkspace {
+  QTemporaryDir dir;
+  RecordingMessages messages;
+  Workspace ws{messages, dir.path()};
+  OutingRec& Outing(int slot = 0) { return ws.FolderTable[0].Outings[static_cast<std::size_t>(slot)]; }
+};
+
+// A home holding the factory CHANNEL.DSC (or only its first `records` records) and a workspace
+// started on it as the command line starts it.
+class TestHome {
+ public:
+  explicit TestHome(int records = kKeyedDescriptorCount) {
+    const QString setup = DefaultPaths(dir_.path()).SetupDirectory;
+    QDir().mkpath(setup);
+    ChannelDescriptorFile dsc = FactoryChannelDescriptors();
+    dsc.Records.resize(static_cast<std::size_t>(std::min<int>(records, static_cast<int>(dsc.Records.size()))));
+    WriteFileAtomically(JoinPath(setup, kChannelDscFileName), ChannelDescriptorFileBytes(dsc));
+    ws_ = std::make_unique<Workspace>(messages, dir_.path());
+    started = StartUp(*ws_, false);
+  }
+  Workspace& ws() { return *ws_; }
+  QString Path(const QString& name) const { return dir_.filePath(name); }
+  OutingRec& Outing(int slot) { return ws_->FolderTable[0].Outings[static_cast<std::size_t>(slot)]; }
+
+  // Opens `path` into `slot` of folder 0.
+  bool Load(int slot, const QString& path) {
+    ws_->CurFolder = 0;
+    ws_->CurOuting = static_cast<int16_t>(slot);
+    return OpenOuting(*ws_, path);
+  }
+
+  RecordingMessages messages;
+  bool started = false;
+
+ private:
+  QTemporaryDir dir_;
+  std::unique_ptr<Workspace> ws_;
+};
+
+// The last message shown, or an empty entry.
+inline RecordingMessages::Entry LastMessage(const RecordingMessages& m) {
+  return m.entries.empty() ? RecordingMessages::Entry{} : m.entries.back();
+}
+
+// A logger header of the current version with nothing logged yet.
+inline OutingHeader SmallHeader(int32_t end_time_ms) {
+  OutingHeader h;
+  h.MemoryBlocks = 64;
+  h.LcuSerial = 4711;
+  h.SystemName = QStringLiteral("ORLAN LOGGER");
+  h.Version = QStringLiteral("8.2.1");
+  h.EndTime = end_time_ms;
+  return h;
+}
+
+// A channel block holding `values`, stored as the type that word size and key give.
+inline ChannelBlockData Block(uint16_t key, uint8_t rate_code, uint8_t word_size, const std::vector<double>& values,
+                              uint16_t lcu_serial = 4711) {
+  ChannelBlockData b;
+  b.Key = key;
+  b.RateCode = rate_code;
+  b.WordSize = word_size;
+  b.Samples = EncodeSamples(SampleTypeFor(word_size, key, lcu_serial), values);
+  return b;
+}
+
+inline std::vector<double> Ramp(int count, double first, double step) {
+  std::vector<double> v(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) v[static_cast<std::size_t>(i)] = first + step * i;
+  return v;
+}
+
+inline bool WriteOuting(const QString& path, const OutingHeader& header, const std::vector<ChannelBlockData>& blocks) {
+  QString error;
+  const bool ok = WriteOutingFile(path, header, blocks, nullptr, &error);
+  EXPECT_TRUE(ok) << error.toStdString();
+  return ok;
+}
+
+// A demo outing cut to a few timed laps, written to `dir`.
+struct DemoOuting {
+  DemoOutingSpec recipe;
+  SimulatedOuting sim;
+  QString path;
+};
+
+inline DemoOuting MakeDemoOuting(const QString& file_name, const QString& dir, int flying_laps) {
+  DemoOuting d;
+  for (const DemoOutingSpec& s : DemoOutingSpecs()) {
+    if (s.FileName == file_name) d.recipe = s;
+  }
+  EXPECT_EQ(d.recipe.FileName, file_name);
+  d.recipe.FlyingLaps = flying_laps;
+  Centreline line;
+  QString error;
+  EXPECT_TRUE(ReadDrivenLine(JoinPath(ShippedDataDirectory(), "tracks"), d.recipe.Circuit, line, &error))
+      << error.toStdString();
+  SimulationOptions options;
+  options.flying_laps = flying_laps;
+  options.seed = d.recipe.Seed;
+  d.sim = SimulateOuting(line, CarModel{}, options);
+  d.path = JoinPath(dir, file_name);
+  EXPECT_TRUE(WriteDemoOuting(d.recipe, d.sim, d.path, &error)) << error.toStdString();
+  return d;
+}
+
+// The time at which sample i of a lap's fetch was taken: a fetch starts at sample
+// Floor(rate x start) of the block, and sample n of a demo block was taken at n / rate.
+inline int SampleTimeMs(int32_t lap_start, float rate, int64_t i) {
+  const double first = std::floor(static_cast<double>(rate) * lap_start);
+  return static_cast<int>(std::nearbyint((first + static_cast<double>(i)) / static_cast<double>(rate)));
+}
+
+}  // namespace test_outings
