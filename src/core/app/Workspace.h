@@ -63,6 +63,9 @@ struct Workspace {
   bool TrackLoaded = false;
   float TrackLength = 0;
 
+  // Raw bytes of the last fetch, kept so that a fetch reuses memory instead of mapping new pages.
+  std::vector<uint8_t> FetchBuffer;
+
   // Set when a filter of a channel changed, so the tree and the plots fetch anew.
   bool FiltersChanged = false;
 

@@ -81,14 +81,18 @@ void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel) {
   // Never more than the file could hold from here plus the margin: a header that lies about
   // its times must not make a huge array.
   if (bytes_per_sample > 0) {
-    const int64_t in_file = std::max<int64_t>(0, (f.size() - position) / bytes_per_sample);
+    const int64_t in_file = std::max<int64_t>(0, (o.FileSize - position) / bytes_per_sample);
     n = std::min<int64_t>(n, in_file + RoundHalfEven(kFetchMarginMs * static_cast<double>(c.Rate)) + 1);
   }
   // Samples past the end of the file stay zero; a read that runs into the next block gives its words.
-  std::vector<uint8_t> buffer(static_cast<std::size_t>((n + 1) * bytes_per_sample), 0);
-  if (!buffer.empty() && position >= 0 && position < f.size() && f.seek(position)) {
-    f.read(reinterpret_cast<char*>(buffer.data()), static_cast<qint64>(buffer.size()));
+  const int64_t wanted = bytes_per_sample > 0 ? (n + 1) * bytes_per_sample : 0;
+  std::vector<uint8_t>& buffer = ws.FetchBuffer;
+  if (static_cast<int64_t>(buffer.size()) < wanted) buffer.resize(static_cast<std::size_t>(wanted));
+  int64_t got = 0;
+  if (wanted > 0 && position >= 0 && position < o.FileSize && f.seek(position)) {
+    got = std::max<qint64>(0, f.read(reinterpret_cast<char*>(buffer.data()), wanted));
   }
+  std::fill(buffer.begin() + got, buffer.begin() + wanted, uint8_t{0});
   f.close();
   const RawSamples raw{type, buffer.data(), bytes_per_sample > 0 ? n + 1 : 0};
   std::vector<float> values;
@@ -117,7 +121,7 @@ void FetchDerivedChannel(Workspace& ws, int slot, int lap, int channel) {
     const std::vector<float>& d = Fetched(ws, slot, lap, o.ChanDistance);
     const double ratio = static_cast<double>(rate_d) / c.Rate;
     for (int64_t i = 0; i < n; ++i) {
-      const int64_t j = Floor(i * ratio);
+      const auto j = static_cast<int64_t>(i * ratio);  // i * ratio >= 0: truncation is the floor
       if (j + 1 >= static_cast<int64_t>(d.size())) break;
       const double f = i * ratio - static_cast<double>(j);
       const auto js = static_cast<std::size_t>(j);

@@ -14,17 +14,34 @@ QString CutBlanks(QString s) {
 // Names match on their first 16 characters, upper-cased, trailing blanks cut.
 QString MatchKey(const QString& name) { return CutBlanks(name).toUpper().left(16); }
 
-// The record for `name`, searched from `from`; appended when none matches. -1 on failure.
-int FindOrAppend(Workspace& ws, const QString& name, int from) {
-  const QString key = MatchKey(name);
-  for (int r = from; r < ws.ChannelDscCount; ++r) {
-    ChannelDescriptor& d = ws.ChannelDsc[static_cast<std::size_t>(r)];
-    d.Name = CutBlanks(d.Name.text);
-    if (MatchKey(d.Name.text) == key) return r;
+// The records' names as they match, made once per copy (and again after an append).
+class RecordNames {
+ public:
+  explicit RecordNames(Workspace& ws) : ws_(ws) {}
+
+  // The record for `name`, searched from `from`; appended when none matches. -1 on failure.
+  int FindOrAppend(const QString& name, int from) {
+    if (keys_.size() != ws_.ChannelDsc.size()) Rebuild();
+    const QString key = MatchKey(name);
+    for (int r = from; r < static_cast<int>(keys_.size()); ++r) {
+      if (keys_[static_cast<std::size_t>(r)] == key) return r;
+    }
+    if (!AppendDescriptor(ws_, CutBlanks(name))) return -1;
+    return ws_.ChannelDscCount - 1;
   }
-  if (!AppendDescriptor(ws, CutBlanks(name))) return -1;
-  return ws.ChannelDscCount - 1;
-}
+
+ private:
+  void Rebuild() {
+    keys_.clear();
+    for (ChannelDescriptor& d : ws_.ChannelDsc) {
+      d.Name = CutBlanks(d.Name.text);
+      keys_.push_back(MatchKey(d.Name.text));
+    }
+  }
+
+  Workspace& ws_;
+  std::vector<QString> keys_;
+};
 
 void CopyFields(const ChannelDescriptor& d, int index, ChannelRec& c) {
   c.Name = d.Name.text.toUpper();
@@ -63,17 +80,18 @@ void CopyFields(const ChannelDescriptor& d, int index, ChannelRec& c) {
 
 bool CopyDescriptors(Workspace& ws, int slot, int first, int last) {
   OutingRec& o = OutingAt(ws, slot);
+  RecordNames names(ws);
   for (int i = first; i < last; ++i) {
     ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
     int record = -1;
     if (c.Key <= 63) {
       QString& input = ws.OutingHdr.InputNames[c.Key].text;
       input = CutBlanks(input);
-      record = FindOrAppend(ws, input, 0);
+      record = names.FindOrAppend(input, 0);
     } else if (c.Key < kFirstMathKey) {
       record = c.Key < ws.ChannelDscCount ? c.Key : -1;
     } else {
-      record = FindOrAppend(ws, c.Name, 1023);
+      record = names.FindOrAppend(c.Name, 1023);
     }
     if (record < 0) return false;  // the file lacks the keyed record: the load cannot go on
     CopyFields(ws.ChannelDsc[static_cast<std::size_t>(record)], record, c);

@@ -126,6 +126,7 @@ bool ProcessHeader(Workspace& ws, const QString& path) {
   o.StartFileTime = h.StartFileTime;
   o.DateText = OutingDateText(h.Version.text, h.StartFileTime, info.lastModified(), false);
   o.LongDateText = OutingDateText(h.Version.text, h.StartFileTime, info.lastModified(), true);
+  o.FileSize = info.size();
   o.SizeText = QString::number(std::llround(info.size() / 1024.0)) + QStringLiteral("KB");
   CopyHeaderFields(h, o);
   o.PulseInputs = h.PulseInputs;

@@ -1,0 +1,292 @@
+#include "core/compute/Filters.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numeric>
+
+#include "../TestOutings.h"
+#include "core/compute/frmFilters.h"
+
+namespace {
+
+using namespace test_outings;
+
+ChannelRec Channel(int window, int kernel, float rate = 0.1f) {
+  ChannelRec c;
+  c.FilterWindow = static_cast<int16_t>(window);
+  c.FilterKernel = static_cast<int16_t>(kernel);
+  c.Rate = rate;
+  return c;
+}
+
+// The filter of one channel of a fake outing, through the dispatch every fetch uses.
+std::vector<float> Filter(const ChannelRec& c, std::vector<float> x) {
+  BareWorkspace b;
+  b.Outing().Channels = {c};
+  return ApplyChannelFilter(b.ws, 0, 0, std::move(x));
+}
+
+std::vector<float> Sine(double hz, int count, double rate_per_ms = 0.1) {
+  std::vector<float> x(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) x[static_cast<std::size_t>(i)] = static_cast<float>(std::sin(2 * M_PI * hz * i / (rate_per_ms * 1000)));
+  return x;
+}
+
+// The largest magnitude away from the edges.
+double BodyAmplitude(const std::vector<float>& y, int margin) {
+  double a = 0;
+  for (std::size_t i = static_cast<std::size_t>(margin); i + static_cast<std::size_t>(margin) < y.size(); ++i) a = std::max(a, std::fabs(double{y[i]}));
+  return a;
+}
+
+TEST(Filters, KernelLengthIsClampedAndGainIsOne) {
+  struct Case {
+    int kernel;
+    std::size_t coefficients;
+  } cases[] = {{10, 11}, {5, 11}, {0, 11}, {-3, 11}, {40, 41}, {200, 201}, {1000, 201}};
+  for (const Case& k : cases) {
+    for (int window : {0, 1, 2, 3}) {
+      const std::vector<float> h = BuildWindowedKernel(Channel(window, k.kernel), 1000);
+      ASSERT_EQ(h.size(), k.coefficients) << k.kernel;
+      EXPECT_NEAR(std::accumulate(h.begin(), h.end(), 0.0), 1.0, 1e-5) << k.kernel << " window " << window;
+      for (std::size_t i = 0; i < h.size(); ++i) EXPECT_NEAR(h[i], h[h.size() - 1 - i], 1e-6) << "symmetric";
+    }
+  }
+}
+
+TEST(Filters, CutOffIsClampedToTheUsableBand) {
+  // At 500 samples a second a cut-off of 0 acts as fc = 0.0001 (5 hundredths of a hertz); at 125
+  // samples a second anything above 62.5 Hz acts as fc = 0.5.
+  const ChannelRec slow = Channel(0, 40, 0.5f);
+  EXPECT_EQ(BuildWindowedKernel(slow, 0), BuildWindowedKernel(slow, 5));
+  EXPECT_NE(BuildWindowedKernel(slow, 50), BuildWindowedKernel(slow, 5));
+  const ChannelRec c = Channel(0, 40, 0.125f);
+  EXPECT_EQ(BuildWindowedKernel(c, 20000), BuildWindowedKernel(c, 6250));
+  EXPECT_NE(BuildWindowedKernel(c, 5000), BuildWindowedKernel(c, 6250));
+  // A low-pass at half the sample rate passes everything: the kernel is a single 1.
+  const std::vector<float> h = BuildWindowedKernel(Channel(3, 40), 32000);
+  for (std::size_t i = 0; i < h.size(); ++i) EXPECT_NEAR(h[i], i == 20 ? 1.0 : 0.0, 1e-5) << i;
+}
+
+TEST(Filters, WindowShapes) {
+  const std::vector<float> rect = BuildWindowedKernel(Channel(3, 20), 1300);
+  const std::vector<float> hamming = BuildWindowedKernel(Channel(0, 20), 1300);
+  // Hamming: 0.08 at the ends, 1 in the middle.
+  EXPECT_NEAR((hamming[0] / hamming[10]) / (rect[0] / rect[10]), 0.08, 1e-4);
+  // Blackman as this program has always had it: one angle in both cosines, 0.42 - 0.42 c, which
+  // is the raised cosine's shape.
+  const std::vector<float> blackman = BuildWindowedKernel(Channel(1, 20), 1300);
+  const std::vector<float> raised = BuildWindowedKernel(Channel(2, 20), 1300);
+  for (std::size_t i = 0; i < blackman.size(); ++i) EXPECT_NEAR(blackman[i], raised[i], 1e-6) << i;
+  EXPECT_NEAR(blackman[0], 0.0, 1e-7);
+}
+
+TEST(Filters, ConstantThroughKernelFilters) {
+  const std::vector<float> x(400, 100.0f);
+  ChannelRec c = Channel(0, 40);
+  c.FilterKind = 2;
+  c.FilterLowCut = 500;
+  const std::vector<float> y = Filter(c, x);
+  ASSERT_EQ(y.size(), x.size() - 1);
+  for (std::size_t i = 20; i + 20 < y.size(); ++i) ASSERT_NEAR(y[i], 100.0, 1e-3) << i;
+  // The edges cut the kernel short and do not normalise again: the ends sag.
+  const std::vector<float> h = BuildWindowedKernel(c, 500);
+  const double lead = 100.0 * std::accumulate(h.begin() + 20, h.end(), 0.0);     // y[0]: j from half
+  const double trail = 100.0 * std::accumulate(h.begin(), h.begin() + 22, 0.0);  // y[U-1]: j to half + 1
+  EXPECT_NEAR(y.front(), lead, 1e-3);
+  EXPECT_NEAR(y.back(), trail, 1e-3);
+  EXPECT_LT(y.front(), 90.0);
+  EXPECT_LT(y.back(), 90.0);
+  // Direct current passes the low-pass and the band-reject, and is stopped by the others.
+  struct Case {
+    int kind;
+    double body;
+  } cases[] = {{2, 100}, {3, 0}, {4, 0}, {5, 100}};
+  for (const Case& k : cases) {
+    ChannelRec f = Channel(0, 40);
+    f.FilterKind = static_cast<int16_t>(k.kind);
+    f.FilterLowCut = 1000;
+    f.FilterHighCut = 2500;
+    const std::vector<float> out = Filter(f, x);
+    ASSERT_EQ(out.size(), x.size() - 1) << k.kind;
+    EXPECT_NEAR(out[200], k.body, 1e-3) << k.kind;
+  }
+}
+
+TEST(Filters, FrequencyResponseOfEachKind) {
+  // 100 samples a second; the low cut-off at 10 Hz, the high one at 25 Hz.
+  struct Case {
+    int kind;
+    int low, high;
+    double hz;
+    bool passes;
+  } cases[] = {
+      {2, 1000, 4500, 2, true},   {2, 1000, 4500, 30, false},  // low-pass reads the low box
+      {3, 4500, 1000, 30, true},  {3, 4500, 1000, 2, false},   // high-pass reads the high box
+      {4, 1000, 2500, 17, true},  {4, 1000, 2500, 2, false},  {4, 1000, 2500, 40, false},
+      {5, 1000, 2500, 17, false}, {5, 1000, 2500, 2, true},   {5, 1000, 2500, 40, true},
+  };
+  for (const Case& k : cases) {
+    ChannelRec c = Channel(0, 100);
+    c.FilterKind = static_cast<int16_t>(k.kind);
+    c.FilterLowCut = static_cast<int16_t>(k.low);
+    c.FilterHighCut = static_cast<int16_t>(k.high);
+    const double a = BodyAmplitude(Filter(c, Sine(k.hz, 1000)), 100);
+    if (k.passes) {
+      EXPECT_NEAR(a, 1.0, 0.05) << "kind " << k.kind << " at " << k.hz << " Hz";
+    } else {
+      EXPECT_LT(a, 0.05) << "kind " << k.kind << " at " << k.hz << " Hz";
+    }
+  }
+}
+
+TEST(Filters, OtherKindsLeaveTheSamples) {
+  const std::vector<float> x = Sine(7, 50);
+  for (int kind : {0, 6, -1, 100}) {
+    ChannelRec c = Channel(0, 40);
+    c.FilterKind = static_cast<int16_t>(kind);
+    c.SmoothWidth = 2;
+    EXPECT_EQ(Filter(c, x), x) << kind;
+  }
+}
+
+TEST(Filters, SmoothLooksAheadAndHoldsTheLastSample) {
+  // Worked by hand from the four steps: W = 2, the smoothed value leaves the sum, x[W] never
+  // enters it, and at the end the last raw sample is held.
+  ChannelRec c;
+  c.FilterKind = 1;
+  c.SmoothWidth = 1;
+  EXPECT_EQ(Filter(c, {1, 2, 3, 4, 5, 6, 7, 8}), (std::vector<float>{1.5f, 2.75f, 3.875f, 4.9375f, 5.96875f, 8, 8, 8}));
+  EXPECT_EQ(Filter(c, std::vector<float>(10, 4.0f)), std::vector<float>(10, 4.0f));
+  // Too short for the window: unchanged.
+  c.SmoothWidth = 2;
+  EXPECT_EQ(Filter(c, {1, 9, 2, 8, 3}), (std::vector<float>{1, 9, 2, 8, 3}));
+  EXPECT_EQ(Filter(c, {}), std::vector<float>{});
+  // A stored width of 0 must not divide by zero.
+  c.SmoothWidth = 0;
+  for (float v : Filter(c, {1, 9, 2, 8, 3, 7})) EXPECT_TRUE(std::isfinite(v));
+}
+
+TEST(frmFilters, WhatEachTypeUses) {
+  struct Case {
+    int type;
+    bool points, window, kernel, low, high;
+  } cases[] = {
+      {0, false, false, false, false, false}, {1, true, false, false, false, false},
+      {2, false, true, true, true, false},    {3, false, true, true, false, true},
+      {4, false, true, true, true, true},     {5, false, true, true, true, true},
+  };
+  for (const Case& k : cases) {
+    frmFilters f;
+    f.cboType = k.type;
+    const frmFilters::Enabled e = f.ValidateFilter();
+    EXPECT_EQ(e.cboPoints, k.points) << k.type;
+    EXPECT_EQ(e.cboWindow, k.window) << k.type;
+    EXPECT_EQ(e.cboKernel, k.kernel) << k.type;
+    EXPECT_EQ(e.txtLow, k.low) << k.type;
+    EXPECT_EQ(e.txtHigh, k.high) << k.type;
+  }
+  EXPECT_EQ(frmFilters::kTypes, (QStringList{"None", "Smooth", "Low-pass", "High-pass", "Band-pass", "Band-reject"}));
+  EXPECT_EQ(frmFilters::kWindows, (QStringList{"Hamming", "Blackman", "Raised Cosine", "Rectangular"}));
+  EXPECT_EQ(frmFilters::kKernels, (QStringList{"10", "20", "40", "60", "80", "100", "200"}));
+  EXPECT_EQ(frmFilters::kPoints, (QStringList{"1", "2", "3", "4", "5", "10", "15", "20", "50"}));
+}
+
+TEST(frmFilters, CutOffBoxesAreClampedWhenLeft) {
+  struct Case {
+    const char* typed;
+    const char* shown;
+  } cases[] = {{"0.04", "0.1"}, {"0.1", "0.1"},   {"0.4", "0.1"}, {"0.5", "0.1"}, {"0.6", "0.6"},
+               {"600", "500"},  {"500.4", "500.4"}, {"500.6", "500"}, {"12.5", "12.5"}, {"-3", "0.1"}};
+  for (const Case& k : cases) {
+    frmFilters f;
+    f.txtLow = k.typed;
+    f.txtHigh = k.typed;
+    f.txtLow_LostFocus();
+    f.txtHigh_LostFocus();
+    EXPECT_EQ(f.txtLow, k.shown) << k.typed;
+    EXPECT_EQ(f.txtHigh, k.shown) << k.typed;
+  }
+}
+
+// Three outings in the folder, two loaded with a throttle channel, cached samples everywhere.
+class FilterWindow : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    for (int slot : {0, 1, 2}) {
+      OutingRec& o = b_.Outing(slot);
+      o.Loaded = slot == 2 ? 0 : -1;
+      const char* names[] = {"RPM", "THROTTLE", "SPEED"};
+      const int first = slot;  // the throttle stands at a different index in each outing
+      o.Channels.resize(4);
+      for (int i = 0; i < 3; ++i) {
+        o.Channels[static_cast<std::size_t>((first + i) % 4)].Name = names[i];
+        o.Channels[static_cast<std::size_t>((first + i) % 4)].ShortName = names[i];
+      }
+      o.LastChannel = 3;
+      o.Laps.resize(2);
+      for (LapRec& lap : o.Laps) {
+        lap.LapChannels.resize(4);
+        for (LapChannelRec& c : lap.LapChannels) {
+          c.Loaded = -1;
+          c.Samples = {1, 2, 3};
+        }
+      }
+    }
+    b_.ws.FolderTable[0].SelOuting = 0;
+    b_.ws.FolderTable[0].SelChannel = 1;  // THROTTLE of outing 0
+  }
+  BareWorkspace b_;
+};
+
+TEST_F(FilterWindow, OkSetsTheChannelOfTheSameNameInEveryLoadedOuting) {
+  frmFilters f;
+  f.Form_Load(b_.ws);
+  f.cboType = 4;
+  f.cboWindow = 1;
+  f.cboKernel = "60";
+  f.txtLow = "12.5";
+  f.txtHigh = "327.67";
+  ASSERT_TRUE(f.cmdOK(b_.ws));
+  EXPECT_TRUE(b_.ws.FiltersChanged);
+  for (int slot : {0, 1, 2}) {
+    const OutingRec& o = b_.Outing(slot);
+    for (int i = 0; i < 4; ++i) {
+      const ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
+      const bool changed = slot != 2 && c.Name == "THROTTLE";
+      SCOPED_TRACE(std::to_string(slot) + " " + c.Name.toStdString());
+      EXPECT_EQ(c.FilterKind, changed ? 4 : 0);
+      EXPECT_EQ(c.FilterWindow, changed ? 1 : 0);
+      EXPECT_EQ(c.FilterKernel, changed ? 60 : 0);
+      EXPECT_EQ(c.FilterLowCut, changed ? 1250 : 0);
+      EXPECT_EQ(c.FilterHighCut, changed ? 32767 : 0);
+      for (const LapRec& lap : o.Laps) EXPECT_EQ(lap.LapChannels[static_cast<std::size_t>(i)].Loaded, changed ? 0 : -1);
+    }
+  }
+  EXPECT_TRUE(b_.messages.entries.empty());
+}
+
+TEST_F(FilterWindow, OkRefusesWhatTheFilterCannotRun) {
+  struct Case {
+    int type;
+    const char* points;
+    const char* low;
+    const char* high;
+  } cases[] = {{1, "0", "1", "1"}, {2, "1", "327.68", "1"}, {3, "1", "1", "400"}, {4, "1", "500", "10"}};
+  for (const Case& k : cases) {
+    frmFilters f;
+    f.cboType = k.type;
+    f.cboPoints = k.points;
+    f.txtLow = k.low;
+    f.txtHigh = k.high;
+    const std::size_t shown = b_.messages.entries.size();
+    EXPECT_FALSE(f.cmdOK(b_.ws)) << k.type;
+    ASSERT_EQ(b_.messages.entries.size(), shown + 1) << k.type;
+    EXPECT_EQ(b_.messages.entries.back().title, "Digital Filters");
+    EXPECT_EQ(b_.Outing(0).Channels[1].FilterKind, 0) << "nothing changed";
+    EXPECT_EQ(b_.Outing(0).Laps[0].LapChannels[1].Loaded, -1);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+#include "core/workspace/FolderTable.h"
+
+#include <gtest/gtest.h>
+
+#include "../TestOutings.h"
+
+namespace {
+
+using namespace test_outings;
+
+TEST(FolderTable, NextAvailableSlot) {
+  struct Case {
+    const char* name;
+    std::vector<int> loaded;
+    int expected;
+  } cases[] = {
+      {"empty folder", {}, 0},
+      {"first two taken", {0, 1}, 2},
+      {"a gap", {0, 1, 3}, 2},
+      {"only the last free", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}, 15},
+      {"all 16 taken", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}, 0},
+  };
+  for (const Case& k : cases) {
+    BareWorkspace b;
+    for (int s : k.loaded) b.ws.FolderTable[3].Outings[static_cast<std::size_t>(s)].Loaded = -1;
+    EXPECT_EQ(NextAvailableCID(b.ws, 3), k.expected) << k.name;
+    EXPECT_EQ(NextAvailableCID(b.ws, 2), 0) << "another folder";
+    EXPECT_EQ(AnyOutingLoaded(b.ws, 3), !k.loaded.empty()) << k.name;
+  }
+  // With all slots taken, the slot returned tells by its flag that nothing is free.
+  BareWorkspace b;
+  for (OutingRec& o : b.ws.FolderTable[0].Outings) o.Loaded = -1;
+  EXPECT_NE(b.ws.FolderTable[0].Outings[static_cast<std::size_t>(NextAvailableCID(b.ws, 0))].Loaded, 0);
+}
+
+TEST(FolderTable, OutingColourOnlyWhenEveryLapHasOne) {
+  struct Case {
+    const char* name;
+    std::vector<int16_t> colours;
+    int expected;
+  } cases[] = {
+      {"all laps coloured", {4, 4, 4, 4}, 4},
+      {"coloured lap by lap", {4, 9, 2}, 4},
+      {"one of many without", {4, 4, -1, 4, 4, 4}, -1},
+      {"the first without", {-1, 4, 4}, -1},
+      {"none", {-1, -1}, -1},
+  };
+  for (const Case& k : cases) {
+    BareWorkspace b;
+    OutingRec& o = b.Outing(5);
+    for (int16_t c : k.colours) {
+      o.Laps.emplace_back();
+      o.Laps.back().LapColor = c;
+    }
+    o.LastLap = static_cast<int16_t>(k.colours.size() - 1);
+    EXPECT_EQ(OutingColorSet(b.ws, 5), k.expected) << k.name;
+  }
+}
+
+TEST(FolderTable, OutingLoadedByFileName) {
+  BareWorkspace b;
+  b.ws.FolderTable[0].Outings[2] = OutingRec{};
+  b.ws.FolderTable[0].Outings[2].FileName = "/data/A.DAT";
+  b.ws.FolderTable[0].Outings[2].Loaded = -1;
+  b.ws.FolderTable[0].Outings[4].FileName = "/data/B.DAT";  // freed slot: its name no longer counts
+  b.ws.FolderTable[0].Outings[7].FileName = "/data/C.DAT";
+  b.ws.FolderTable[0].Outings[7].Loaded = -1;
+  b.ws.FolderTable[1].Outings[1].FileName = "/data/D.DAT";
+  b.ws.FolderTable[1].Outings[1].Loaded = -1;
+  struct Case {
+    int16_t folder;
+    const char* file;
+    int slot;
+  } cases[] = {{0, "/data/A.DAT", 2}, {0, "/data/C.DAT", 7}, {0, "/data/B.DAT", -1},
+               {0, "/data/D.DAT", -1}, {1, "/data/D.DAT", 1}};
+  for (const Case& k : cases) {
+    b.ws.CurFolder = k.folder;
+    EXPECT_EQ(OutingNotLoaded(b.ws, k.file), k.slot) << k.folder << " " << k.file;
+  }
+}
+
+TEST(FolderTable, CurrentOutingLapAndChannel) {
+  BareWorkspace b;
+  FolderRec& folder = b.ws.FolderTable[1];
+  folder.InUse = -1;
+  b.ws.FolderTable[0].InUse = -1;  // in use, but holds nothing
+  for (int s : {3, 6}) {
+    OutingRec& o = folder.Outings[static_cast<std::size_t>(s)];
+    o.Loaded = -1;
+    o.Laps.resize(4);
+    o.LastLap = 3;
+    for (LapRec& lap : o.Laps) lap.LapChannels.resize(5);
+  }
+  // Outing 3 shows only its closing row, which is no lap; outing 6 shows lap 2 with channel 4.
+  folder.Outings[3].Laps[3].Shown = -1;
+  folder.Outings[3].Laps[3].LapChannels[1].Shown = -1;
+  folder.Outings[6].Laps[2].Shown = -1;
+  folder.Outings[6].Laps[2].LapChannels[4].Shown = -1;
+  ASSERT_TRUE(FindCurrentFolder(b.ws));
+  EXPECT_EQ(b.ws.CurFolder, 1);
+  EXPECT_EQ(b.ws.CurOuting, 6);
+  EXPECT_EQ(folder.SelOuting, 6);
+  EXPECT_EQ(folder.Outings[6].CurLap, 2);
+  EXPECT_EQ(folder.SelChannel, 4);
+  EXPECT_FALSE(FindCurrentLap(b.ws, 3));
+}
+
+}  // namespace
