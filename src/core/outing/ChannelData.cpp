@@ -52,7 +52,10 @@ int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel) {
   const int64_t end = m > o.LastLap ? o.Laps[static_cast<std::size_t>(o.LastLap)].StartTime
                                     : o.Laps[static_cast<std::size_t>(m)].StartTime;
   const double rate = o.Channels[static_cast<std::size_t>(channel)].Rate;
-  return std::max<int64_t>(0, RoundHalfEven(static_cast<double>(end - start + kFetchMarginMs) * rate));
+  // A header whose times run far past its data must not make a huge array: the window ends
+  // at most a second past the longest channel the file holds.
+  const double window = std::min(static_cast<double>(end - start), std::max(o.DataDurationMs - start, 0.0) + 1000);
+  return std::max<int64_t>(0, RoundHalfEven((window + kFetchMarginMs) * rate));
 }
 
 void GetChannelData(Workspace& ws, int slot, int lap, int channel) {

@@ -183,24 +183,18 @@ TEST(LoadChannelCalibrations, FromTheHeaderByKey) {
   o.Channels.resize(std::size(keys));
   for (std::size_t i = 0; i < std::size(keys); ++i) o.Channels[i].Key = keys[i];
   LoadChannelCalibrations(b.ws, 0);
-  for (int i : {0, 4}) {  // the input, and the expansion slot that names it
+  auto cal = [&](int i) {
     const ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
-    EXPECT_EQ(c.CalType, 4) << i;
-    EXPECT_EQ(c.CalPoints, 2) << i;
-    EXPECT_EQ(c.CalOffset, 0.25f) << i;
-    EXPECT_EQ(c.CalX[2], 30) << i;
-    EXPECT_EQ(c.CalY[2], 3.0f) << i;
-    EXPECT_EQ(c.CalCoefA, 0.5f) << i;
-    EXPECT_EQ(c.CalCoefB, 1.5f) << i;
-    EXPECT_EQ(c.CalCoefC, 2.5f) << i;
-  }
-  EXPECT_EQ(o.Channels[1].CalCoefB, 0.1f);
-  EXPECT_EQ(o.Channels[1].CalCoefC, -40.0f);
-  EXPECT_EQ(o.Channels[1].Security, -1);
-  EXPECT_EQ(o.Channels[2].Security, 0);
-  EXPECT_EQ(o.Channels[3].CalCoefB, 0.01f);
-  EXPECT_EQ(o.Channels[3].CalCoefC, 3.0f);
-  EXPECT_EQ(o.Channels[5].CalCoefB, 0.0f);  // a built-in channel has no calibration
+    return std::vector<double>{double(c.CalType), double(c.CalPoints), c.CalOffset, double(c.CalX[2]), c.CalY[2],
+                               c.CalCoefA, c.CalCoefB, c.CalCoefC, double(c.Security)};
+  };
+  const std::vector<double> input5 = {4, 2, 0.25, 30, 3, 0.5, 1.5, 2.5, 0};
+  EXPECT_EQ(cal(0), input5);
+  EXPECT_EQ(cal(4), input5) << "the expansion slot takes the input it names";
+  EXPECT_EQ(cal(1), (std::vector<double>{0, 0, 0, 0, 0, 0, double{0.1f}, -40, -1}));
+  EXPECT_EQ(cal(2), (std::vector<double>{0, 0, 0, 0, 0, 0, 2, 1, 0}));
+  EXPECT_EQ(cal(3), (std::vector<double>{0, 0, 0, 0, 0, 0, double{0.01f}, 3, 0}));
+  EXPECT_EQ(cal(5), std::vector<double>(9, 0.0)) << "a built-in channel has no calibration";
 }
 
 }  // namespace

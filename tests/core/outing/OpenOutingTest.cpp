@@ -7,6 +7,7 @@
 #include <QTimeZone>
 #include <cmath>
 #include <cstring>
+#include <deque>
 #include <functional>
 #include <limits>
 
@@ -179,80 +180,58 @@ TEST(OpenOuting, BadFilesLoadAsFarAsTheDataGoesOrAreRefused) {
 }
 
 // An outing of an old logger: temperatures in whole units, pulse inputs flagged in tenths but
-// stored whole. The conversion must not change what the channels read.
-class OldOuting : public ::testing::Test {
- protected:
-  void SetUp() override {
-    ASSERT_TRUE(home_.started);
+// stored whole. Converted or not, the channels read the same.
+TEST(OpenOuting, OldOutingIsConvertedOnlyWhenTheUserAgrees) {
+  struct Case {
+    const char* name;
+    bool always_convert;
+    std::deque<bool> answers;
+    bool asked, converted;
+  } cases[] = {{"agreed", false, {true}, true, true}, {"declined", false, {false}, true, false},
+               {"always convert", true, {}, false, true}};
+  for (const Case& k : cases) {
+    SCOPED_TRACE(k.name);
+    TestHome home;
     OutingHeader h = SmallHeader(5990);
     h.Version = QStringLiteral("5.2.3");
-    h.PulseInputs[0].Flags = 2;
-    h.PulseInputs[6].Flags = 2;
+    h.PulseInputs[0].Flags = h.PulseInputs[6].Flags = 2;
     std::vector<double> temps(600);
     for (std::size_t i = 0; i < temps.size(); ++i) temps[i] = 80 + static_cast<double>(i % 20);
-    path_ = home_.Path("OLD00001.DAT");
-    ASSERT_TRUE(WriteOuting(path_, h, {Block(73, 3, 2, temps), Block(64, 3, 2, Ramp(600, 1000, 1)), Block(83, 3, 2, Ramp(600, 25000, 0))}));
-    ASSERT_TRUE(ReadFileBytes(path_, 0, 1 << 20, original_));
-  }
+    const QString path = home.Path("OLD00001.DAT");
+    ASSERT_TRUE(WriteOuting(path, h, {Block(73, 3, 2, temps), Block(64, 3, 2, Ramp(600, 1000, 1)),
+                                      Block(83, 3, 2, Ramp(600, 25000, 0))}));
+    QByteArray before, after;
+    ASSERT_TRUE(ReadFileBytes(path, 0, 1 << 20, before));
+    home.ws().Options.AlwaysConvert = k.always_convert;
+    home.messages.answers = k.answers;
+    ASSERT_TRUE(home.Load(0, path));
 
-  // Lap 0 of each channel: whole degrees, the wheel speed whole, the rpm in tenths.
-  void ExpectReadings() {
-    OutingRec& o = home_.Outing(0);
-    for (int c = 0; c < 3; ++c) GetChannelData(home_.ws(), 0, 0, c);
-    const auto& laps = o.Laps[0].LapChannels;
+    std::vector<QString> questions;
+    for (const auto& e : home.messages.entries) {
+      if (e.question && e.title == "Convert Outing") questions.push_back(e.text);
+    }
+    ASSERT_EQ(questions.size(), k.asked ? 1u : 0u);
+    if (k.asked) {
+      EXPECT_TRUE(questions[0].startsWith("Convert ") && questions[0].contains("OLD00001") &&
+                  questions[0].endsWith(" Outing to 8.0 format ?")) << questions[0].toStdString();
+    }
+    const OutingRec& o = home.Outing(0);
+    EXPECT_EQ(o.Version, k.converted ? "8.0.0" : "5.2.3");
+    EXPECT_EQ(o.OldVersion, k.converted ? 0 : -1);
+    OutingHeader written;
+    ASSERT_TRUE(ReadOutingHeader(path, written));
+    EXPECT_EQ(written.Version.text, k.converted ? "8.0.0" : "5.2.3");
+    ASSERT_TRUE(ReadFileBytes(path, 0, 1 << 20, after));
+    EXPECT_EQ(after == before, !k.converted) << "the file is rewritten only when converted";
+    // Whole degrees, the wheel speed whole, the rpm in tenths.
+    for (int c = 0; c < 3; ++c) GetChannelData(home.ws(), 0, 0, c);
+    const auto& lap = o.Laps[0].LapChannels;
     for (std::size_t i = 0; i < 600; ++i) {
-      ASSERT_EQ(laps[0].Samples[i], 80.0f + static_cast<float>(i % 20)) << i;
-      ASSERT_EQ(laps[1].Samples[i], 1000.0f + static_cast<float>(i)) << i;
-      ASSERT_EQ(laps[2].Samples[i], 2500.0f) << i;
+      ASSERT_EQ(lap[0].Samples[i], 80.0f + static_cast<float>(i % 20)) << i;
+      ASSERT_EQ(lap[1].Samples[i], 1000.0f + static_cast<float>(i)) << i;
+      ASSERT_EQ(lap[2].Samples[i], 2500.0f) << i;
     }
   }
-
-  std::vector<RecordingMessages::Entry> Questions() const {
-    std::vector<RecordingMessages::Entry> q;
-    for (const auto& e : home_.messages.entries) if (e.question) q.push_back(e);
-    return q;
-  }
-
-  TestHome home_;
-  QString path_;
-  QByteArray original_;
-};
-
-TEST_F(OldOuting, ConvertedWhenTheUserAgrees) {
-  home_.messages.answers = {true};
-  ASSERT_TRUE(home_.Load(0, path_));
-  const auto q = Questions();
-  ASSERT_EQ(q.size(), 1u);
-  EXPECT_EQ(q[0].title, "Convert Outing");
-  EXPECT_TRUE(q[0].text.startsWith("Convert ")) << q[0].text.toStdString();
-  EXPECT_TRUE(q[0].text.contains("OLD00001")) << q[0].text.toStdString();
-  EXPECT_TRUE(q[0].text.endsWith(" Outing to 8.0 format ?")) << q[0].text.toStdString();
-  EXPECT_EQ(home_.Outing(0).Version, "8.0.0");
-  EXPECT_EQ(home_.Outing(0).OldVersion, 0);
-  OutingHeader written;
-  ASSERT_TRUE(ReadOutingHeader(path_, written));
-  EXPECT_EQ(written.Version.text, "8.0.0");
-  ExpectReadings();
-}
-
-TEST_F(OldOuting, LoadedAsItStandsWhenTheUserDeclines) {
-  home_.messages.answers = {false};
-  ASSERT_TRUE(home_.Load(0, path_));
-  EXPECT_EQ(Questions().size(), 1u);
-  EXPECT_EQ(home_.Outing(0).Version, "5.2.3");
-  EXPECT_EQ(home_.Outing(0).OldVersion, -1);
-  QByteArray now;
-  ASSERT_TRUE(ReadFileBytes(path_, 0, 1 << 20, now));
-  EXPECT_TRUE(now == original_) << "the file was changed";
-  ExpectReadings();
-}
-
-TEST_F(OldOuting, AlwaysConvertDoesNotAsk) {
-  home_.ws().Options.AlwaysConvert = true;
-  ASSERT_TRUE(home_.Load(0, path_));
-  EXPECT_TRUE(Questions().empty());
-  EXPECT_EQ(home_.Outing(0).Version, "8.0.0");
-  ExpectReadings();
 }
 
 TEST(HeaderProcessing, DateFromTheLoggerFromVersion619On) {

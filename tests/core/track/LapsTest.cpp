@@ -72,18 +72,6 @@ TEST(BuildLaps, RowsFromBeacons) {
   }
 }
 
-TEST(BuildLaps, FindsTheFastLap) {
-  BareWorkspace b;
-  OutingHeader& h = b.ws.OutingHdr;
-  const int32_t beacons[] = {30000, 130000, 225000, 322000};  // laps of 100, 95 and 97 s
-  h.BeaconCount = 4;
-  std::copy(std::begin(beacons), std::end(beacons), h.BeaconTimes.begin());
-  h.EndTime = 400000;
-  BuildLaps(b.ws, 0);
-  EXPECT_EQ(b.Outing().LastLap, 5);
-  EXPECT_EQ(b.Outing().FastLap, 2);
-}
-
 TEST(FindFastLap, OutAndInLapsNeverCount) {
   struct Case {
     const char* name;
@@ -143,22 +131,6 @@ TEST(ComputeLapScales, StretchesLapsCloseToTheMapLength) {
     ComputeLapScales(b.ws, 0);
     EXPECT_FLOAT_EQ(o.Laps[0].DistanceScale, k.scale) << k.name;
   }
-}
-
-TEST(Laps, LabelsAndTimes) {
-  OutingRec o;
-  for (int32_t t : {0, 30000, 129871, 227000, 330000}) o.Laps.push_back(Row(t));
-  o.LastLap = 4;
-  o.FastLap = 2;
-  o.LapNumberBase = 7;
-  EXPECT_EQ(LapLabel(o, 0), "Out");
-  EXPECT_EQ(LapLabel(o, 1), "");
-  EXPECT_EQ(LapLabel(o, 2), "Fast");
-  EXPECT_EQ(LapLabel(o, 3), "In");
-  EXPECT_EQ(LapNumberText(o, 2), "009");
-  EXPECT_EQ(LapTimeText(LapTimeMs(o, 1)), "01:39.871");
-  EXPECT_EQ(LapTimeText(LapTimeMs(o, 2)), "01:37.129");
-  EXPECT_EQ(LapTimeText(0), "00:00.000");
 }
 
 }  // namespace

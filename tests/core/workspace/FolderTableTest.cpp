@@ -79,30 +79,4 @@ TEST(FolderTable, OutingLoadedByFileName) {
   }
 }
 
-TEST(FolderTable, CurrentOutingLapAndChannel) {
-  BareWorkspace b;
-  FolderRec& folder = b.ws.FolderTable[1];
-  folder.InUse = -1;
-  b.ws.FolderTable[0].InUse = -1;  // in use, but holds nothing
-  for (int s : {3, 6}) {
-    OutingRec& o = folder.Outings[static_cast<std::size_t>(s)];
-    o.Loaded = -1;
-    o.Laps.resize(4);
-    o.LastLap = 3;
-    for (LapRec& lap : o.Laps) lap.LapChannels.resize(5);
-  }
-  // Outing 3 shows only its closing row, which is no lap; outing 6 shows lap 2 with channel 4.
-  folder.Outings[3].Laps[3].Shown = -1;
-  folder.Outings[3].Laps[3].LapChannels[1].Shown = -1;
-  folder.Outings[6].Laps[2].Shown = -1;
-  folder.Outings[6].Laps[2].LapChannels[4].Shown = -1;
-  ASSERT_TRUE(FindCurrentFolder(b.ws));
-  EXPECT_EQ(b.ws.CurFolder, 1);
-  EXPECT_EQ(b.ws.CurOuting, 6);
-  EXPECT_EQ(folder.SelOuting, 6);
-  EXPECT_EQ(folder.Outings[6].CurLap, 2);
-  EXPECT_EQ(folder.SelChannel, 4);
-  EXPECT_FALSE(FindCurrentLap(b.ws, 3));
-}
-
 }  // namespace
