@@ -4,6 +4,7 @@
 #include <QTimeZone>
 #include <QFileInfo>
 #include <cstdio>
+#include <set>
 #include <nlohmann/json.hpp>
 
 #include "cli/CliWorkspace.h"
@@ -206,9 +207,12 @@ void PrintOuting(const ordered_json& j) {
                 l["Label"].get<std::string>().c_str(), l["StartTime"].get<int>(), l["StartDistance"].get<double>(),
                 l["DistanceScale"].get<double>(), l["LapTimeText"].get<std::string>().c_str());
   }
+  // Fields that default to -1 are present from index 0 on; the others only above 0.
+  static const std::set<std::string> kMinusOneDefault = {"ChanLatG", "ChanDistance", "ChanGyro", "ChanGpsLat",
+                                                         "ChanGpsLong", "ChanGpsAlt"};
   std::printf("\nStandard channels:");
   for (const auto& [name, index] : j["StandardChannels"].items()) {
-    if (index.get<int>() > 0 || (index.get<int>() == 0 && name != "ChanFuel" && name != "ChanSpeed")) {
+    if (index.get<int>() > 0 || (index.get<int>() == 0 && kMinusOneDefault.count(name))) {
       std::printf(" %s=%d", name.c_str() + 4, index.get<int>());
     }
   }
