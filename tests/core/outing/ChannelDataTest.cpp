@@ -110,6 +110,9 @@ TEST_F(DemoFetch, EveryChannelReadsBackTheSimulatedValues) {
         const DemoChannel& c = channels[static_cast<std::size_t>(i)];
         const ChannelRec& ch = o.Channels[static_cast<std::size_t>(i)];
         SCOPED_TRACE(d.path.toStdString() + " lap " + std::to_string(lap) + " key " + std::to_string(c.Key));
+        if (c.RateCode == 2) {
+          EXPECT_EQ(ch.Rate, d.recipe.SystemFlags != 0 ? 0.25f : 0.2f);  // the ECU logger's 250 Hz
+        }
         GetChannelData(ws(), static_cast<int>(s), lap, i);
         const std::vector<float>& v = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(i)].Samples;
         const int64_t n = RoundHalfEven((LapTimeMs(o, lap) + 5000.0) * ch.Rate);
@@ -224,51 +227,37 @@ TEST_F(DemoFetch, FetchWindowOfTheLastRowAndOfLapGroups) {
   ClearChannelCache(ws(), slot, channel);
 }
 
-TEST_F(DemoFetch, CachedSamplesAnswerWithoutTheFile) {
-  const QString copy = home_->Path("CACHED.DAT");
+// On a copy of the plain outing: a channel index outside the outing does nothing, a rate of 0
+// gives one sample from the block's start, and a second fetch does not open the file.
+TEST_F(DemoFetch, FetchEdgeCases) {
+  const QString copy = home_->Path("COPY.DAT");
   ASSERT_TRUE(QFile::copy((*outings_)[0].path, copy));
   const int slot = 8;
   ASSERT_TRUE(home_->Load(slot, copy));
   OutingRec& o = home_->Outing(slot);
+  const std::vector<LapChannelRec>& lap = o.Laps[1].LapChannels;
+  for (int channel : {-1, -300, o.LastChannel + 1, 30000}) GetChannelData(ws(), slot, 1, channel);
+  ASSERT_EQ(lap.size(), static_cast<std::size_t>(o.LastChannel) + 1);
+  for (const LapChannelRec& c : lap) ASSERT_EQ(c.Loaded, 0);
+
+  o.Channels[0].Rate = 0;  // the battery, 1 Hz in the file
   GetChannelData(ws(), slot, 1, 0);
-  const std::vector<float> first = o.Laps[1].LapChannels[0].Samples;
-  ASSERT_FALSE(first.empty());
+  ASSERT_EQ(lap[0].Samples.size(), 1u);
+  EXPECT_NEAR(lap[0].Samples[0], DemoChannelList()[0].Signal((*outings_)[0].sim, 0), 0.004 + 1e-5);
+
+  GetChannelData(ws(), slot, 1, 3);
+  const std::vector<float> first = lap[3].Samples;
+  ASSERT_GT(first.size(), 1000u);
   ASSERT_TRUE(QFile::rename(copy, home_->Path("MOVED.DAT")));
-  GetChannelData(ws(), slot, 1, 0);
-  EXPECT_EQ(o.Laps[1].LapChannels[0].Loaded, -1);
-  EXPECT_EQ(o.Laps[1].LapChannels[0].Samples, first);
+  GetChannelData(ws(), slot, 1, 3);
+  EXPECT_EQ(lap[3].Loaded, -1);
+  EXPECT_EQ(lap[3].Samples, first);
   // A channel not fetched before needs the file, which is gone: nothing is loaded, no message.
   const std::size_t shown = home_->messages.entries.size();
-  GetChannelData(ws(), slot, 1, 1);
-  EXPECT_EQ(o.Laps[1].LapChannels[1].Loaded, 0);
-  EXPECT_TRUE(o.Laps[1].LapChannels[1].Samples.empty());
+  GetChannelData(ws(), slot, 1, 4);
+  EXPECT_EQ(lap[4].Loaded, 0);
+  EXPECT_TRUE(lap[4].Samples.empty());
   EXPECT_EQ(home_->messages.entries.size(), shown);
-}
-
-TEST_F(DemoFetch, ChannelOutsideTheOutingDoesNothing) {
-  const int slot = 0;
-  const OutingRec& o = home_->Outing(slot);
-  const LapRec& lap = o.Laps[1];
-  std::vector<int16_t> before;
-  for (const LapChannelRec& c : lap.LapChannels) before.push_back(c.Loaded);
-  for (int channel : {-1, -300, o.LastChannel + 1, 30000}) GetChannelData(ws(), slot, 1, channel);
-  std::vector<int16_t> after;
-  for (const LapChannelRec& c : lap.LapChannels) after.push_back(c.Loaded);
-  EXPECT_EQ(after, before);
-  EXPECT_EQ(lap.LapChannels.size(), static_cast<std::size_t>(o.LastChannel) + 1);
-}
-
-TEST_F(DemoFetch, RateZeroGivesOneSampleFromTheBlockStart) {
-  const QString copy = home_->Path("RATE0.DAT");
-  ASSERT_TRUE(QFile::copy((*outings_)[0].path, copy));
-  const int slot = 9;
-  ASSERT_TRUE(home_->Load(slot, copy));
-  OutingRec& o = home_->Outing(slot);
-  o.Channels[0].Rate = 0;  // the battery, sampled at 1 Hz in the file
-  GetChannelData(ws(), slot, 2, 0);
-  const std::vector<float>& v = o.Laps[2].LapChannels[0].Samples;
-  ASSERT_EQ(v.size(), 1u);
-  EXPECT_NEAR(v[0], DemoChannelList()[0].Signal((*outings_)[0].sim, 0), 0.004 + 1e-5);
 }
 
 // A converted outing holds engineering values: no calibration, not even the user offset; the

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QTimeZone>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <deque>
@@ -56,10 +57,8 @@ TEST(OpenOuting, HeaderFieldsOfALoadedOuting) {
   EXPECT_EQ(o.ReferenceLap, 0);
   EXPECT_EQ(o.RunTimeText, "62:05");
   EXPECT_EQ(o.SizeText, "21KB");  // (16,384 + 4,000 + 1,200) / 1024 = 21.1
-  EXPECT_EQ(o.SessionNumber, 2);
-  EXPECT_EQ(o.RunNumber, 5);
-  EXPECT_EQ(o.FirstLap, 8);
-  EXPECT_EQ(o.LapCountInSession, 5);
+  EXPECT_EQ((std::array<int, 4>{o.SessionNumber, o.RunNumber, o.FirstLap, o.LapCountInSession}),
+            (std::array<int, 4>{2, 5, 8, 5}));
   EXPECT_EQ(o.LoggedCount, 2);
   EXPECT_EQ(o.LastChannel, 2 + home.ws().MathCount + 3);
   // A name in mixed case is stored and shown in upper case, and still found as a standard channel.
