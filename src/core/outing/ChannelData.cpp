@@ -31,18 +31,6 @@ const std::vector<float>& Fetched(Workspace& ws, int slot, int lap, int channel)
   return Cache(ws, slot, lap, channel).Samples;
 }
 
-int SampleBytes(SampleType type) {
-  switch (type) {
-    case SampleType::U8: return 1;
-    case SampleType::I16: return 2;
-    case SampleType::I32:
-    case SampleType::F32: return 4;
-    case SampleType::F64: return 8;
-    case SampleType::None: break;
-  }
-  return 0;
-}
-
 }  // namespace
 
 int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel) {
@@ -75,7 +63,7 @@ void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel) {
   const OutingRec& o = OutingAt(ws, slot);
   const ChannelRec& c = o.Channels[static_cast<std::size_t>(channel)];
   const SampleType type = SampleTypeFor(c.WordSize, c.Key, static_cast<uint16_t>(o.LcuSerial));
-  const int bytes_per_sample = SampleBytes(type);
+  const int bytes_per_sample = SampleTypeBytes(type);
   QFile f(o.FileName);
   if (!f.open(QIODevice::ReadOnly)) return;
   const int64_t start = o.Laps[static_cast<std::size_t>(lap)].StartTime;

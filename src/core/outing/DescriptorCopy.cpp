@@ -43,37 +43,50 @@ class RecordNames {
   std::vector<QString> keys_;
 };
 
+// The display fields that a channel takes from its descriptor and gives back after an edit,
+// each pair once: f(descriptor field, channel field).
+template <class D, class C, class F>
+void ForEachDisplayField(D& d, C& c, F&& f) {
+  f(d.ScreenMin, c.ScreenMin);
+  f(d.ScreenMax, c.ScreenMax);
+  f(d.Group, c.Group);
+  f(d.SmoothWidth, c.SmoothWidth);
+  f(d.Security, c.Security);
+  f(d.AutoScale, c.AutoScale);
+  f(d.StandardCode, c.StandardCode);
+  f(d.Decimals, c.Decimals);
+  f(d.Color, c.Color);
+  f(d.FftDecimals, c.FftDecimals);
+  f(d.SourceGroup, c.SourceGroup);
+  f(d.EventLimit, c.EventLimit);
+  f(d.EventHigh, c.EventHigh);
+  f(d.EventEnabled, c.EventEnabled);
+  f(d.EventFlags, c.EventFlags);
+  f(d.FftAutoScale, c.FftAutoScale);
+  f(d.FilterKind, c.FilterKind);
+  f(d.FilterWindow, c.FilterWindow);
+  f(d.FilterKernel, c.FilterKernel);
+  f(d.FilterLowCut, c.FilterLowCut);
+  f(d.FilterHighCut, c.FilterHighCut);
+  f(d.PrecisionMode, c.PrecisionMode);
+  f(d.TileBottom, c.TileBottom);
+  f(d.TileTop, c.TileTop);
+  f(d.FftScaleMin, c.FftScaleMin);
+  f(d.FftScaleMax, c.FftScaleMax);
+}
+
+// Plain assignment between the 16-bit fields: both sides keep the same bits.
+template <class To, class From>
+void Assign(To& to, const From& from) {
+  to = static_cast<To>(from);
+}
+
 void CopyFields(const ChannelDescriptor& d, int index, ChannelRec& c) {
   c.Name = d.Name.text.toUpper();
   c.ShortName = CutBlanks(c.Name.left(16));
   c.Units = d.Units.text;
-  c.ScreenMin = d.ScreenMin;
-  c.ScreenMax = d.ScreenMax;
-  c.Group = d.Group;
-  c.SmoothWidth = static_cast<int16_t>(d.SmoothWidth);
-  c.Security = d.Security;
-  c.AutoScale = d.AutoScale;
-  c.StandardCode = d.StandardCode;
-  c.Decimals = d.Decimals;
-  c.Color = d.Color;
-  c.FftDecimals = d.FftDecimals;
-  c.SourceGroup = d.SourceGroup;
   c.DscIndex = static_cast<uint16_t>(index);
-  c.EventLimit = d.EventLimit;
-  c.EventHigh = d.EventHigh;
-  c.EventEnabled = static_cast<uint16_t>(d.EventEnabled);
-  c.EventFlags = d.EventFlags;
-  c.FftAutoScale = d.FftAutoScale;
-  c.FilterKind = static_cast<int16_t>(d.FilterKind);
-  c.FilterWindow = static_cast<int16_t>(d.FilterWindow);
-  c.FilterKernel = static_cast<int16_t>(d.FilterKernel);
-  c.FilterLowCut = static_cast<int16_t>(d.FilterLowCut);
-  c.FilterHighCut = static_cast<int16_t>(d.FilterHighCut);
-  c.PrecisionMode = d.PrecisionMode;
-  c.TileBottom = d.TileBottom;
-  c.TileTop = d.TileTop;
-  c.FftScaleMin = d.FftScaleMin;
-  c.FftScaleMax = d.FftScaleMax;
+  ForEachDisplayField(d, c, [](const auto& from, auto& to) { Assign(to, from); });
 }
 
 }  // namespace
@@ -107,32 +120,7 @@ bool WriteDescriptorFromChannel(Workspace& ws, const ChannelRec& c) {
   ChannelDescriptor& d = file.Records[c.DscIndex];
   d.Name = c.Name;
   d.Units = c.Units;
-  d.ScreenMin = c.ScreenMin;
-  d.ScreenMax = c.ScreenMax;
-  d.Group = c.Group;
-  d.SmoothWidth = static_cast<uint16_t>(c.SmoothWidth);
-  d.Security = c.Security;
-  d.AutoScale = c.AutoScale;
-  d.StandardCode = c.StandardCode;
-  d.Decimals = c.Decimals;
-  d.Color = c.Color;
-  d.FftDecimals = c.FftDecimals;
-  d.SourceGroup = c.SourceGroup;
-  d.EventLimit = c.EventLimit;
-  d.EventHigh = c.EventHigh;
-  d.EventEnabled = static_cast<int16_t>(c.EventEnabled);
-  d.EventFlags = c.EventFlags;
-  d.FftAutoScale = c.FftAutoScale;
-  d.FilterKind = static_cast<uint16_t>(c.FilterKind);
-  d.FilterWindow = static_cast<uint16_t>(c.FilterWindow);
-  d.FilterKernel = static_cast<uint16_t>(c.FilterKernel);
-  d.FilterLowCut = static_cast<uint16_t>(c.FilterLowCut);
-  d.FilterHighCut = static_cast<uint16_t>(c.FilterHighCut);
-  d.PrecisionMode = c.PrecisionMode;
-  d.TileBottom = c.TileBottom;
-  d.TileTop = c.TileTop;
-  d.FftScaleMin = c.FftScaleMin;
-  d.FftScaleMax = c.FftScaleMax;
+  ForEachDisplayField(d, c, [](auto& to, const auto& from) { Assign(to, from); });
   QString error;
   if (!WriteFileAtomically(ChannelDscPath(ws), ChannelDescriptorFileBytes(file), &error)) {
     ws.messages.Show(error, QStringLiteral("Write Channels"), MessageIcon::Exclamation);

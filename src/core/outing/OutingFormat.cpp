@@ -86,6 +86,30 @@ const char* SampleTypeName(SampleType type) {
   return "none";
 }
 
+int SampleTypeBytes(SampleType type) {
+  switch (type) {
+    case SampleType::U8: return 1;
+    case SampleType::I16: return 2;
+    case SampleType::I32:
+    case SampleType::F32: return 4;
+    case SampleType::F64: return 8;
+    case SampleType::None: break;
+  }
+  return 0;
+}
+
+double SampleAt(SampleType type, const uint8_t* p) {
+  switch (type) {
+    case SampleType::U8: return p[0];
+    case SampleType::I16: return binary_detail::LoadLittle<int16_t>(p);
+    case SampleType::I32: return binary_detail::LoadLittle<int32_t>(p);
+    case SampleType::F32: return binary_detail::LoadLittle<float>(p);
+    case SampleType::F64: return binary_detail::LoadLittle<double>(p);
+    case SampleType::None: break;
+  }
+  return 0;
+}
+
 CyclicTimes CyclicTimeBase(const OutingHeader& header) {
   CyclicTimes t;
   if (header.Cyclic <= 0) {

@@ -35,6 +35,10 @@ enum class SampleType { None, U8, I16, I32, F32, F64 };
 // How a logged sample is stored, by WordSize, key and whether the outing is converted.
 SampleType SampleTypeFor(int word_size, int key, uint16_t lcu_serial);
 const char* SampleTypeName(SampleType type);
+// Bytes one sample of the type takes (0 for none).
+int SampleTypeBytes(SampleType type);
+// The sample stored at `p`, as a double.
+double SampleAt(SampleType type, const uint8_t* p);
 
 // Cyclic memory mode: beacon times and EndTime are on the logger's running time base.
 struct CyclicTimes {

@@ -19,19 +19,8 @@ bool ReadTwoSamples(QFile& f, const ChannelRec& c, int64_t lcu_serial, int64_t n
   uint8_t b[16] = {};
   if (!f.seek(int64_t{c.BlockOffset} - 1 + n * c.WordSize)) return false;
   f.read(reinterpret_cast<char*>(b), 2 * c.WordSize);  // past the end of the file reads as zeros
-  auto at = [&](const uint8_t* p) -> double {
-    switch (type) {
-      case SampleType::U8: return p[0];
-      case SampleType::I16: return binary_detail::LoadLittle<int16_t>(p);
-      case SampleType::I32: return binary_detail::LoadLittle<int32_t>(p);
-      case SampleType::F32: return binary_detail::LoadLittle<float>(p);
-      case SampleType::F64: return binary_detail::LoadLittle<double>(p);
-      case SampleType::None: break;
-    }
-    return 0;
-  };
-  s0 = at(b);
-  s1 = at(b + c.WordSize);
+  s0 = SampleAt(type, b);
+  s1 = SampleAt(type, b + c.WordSize);
   return true;
 }
 

@@ -61,16 +61,7 @@ double StoredSample(const Written& w, int i, int64_t n) {
   QByteArray b;
   EXPECT_TRUE(ReadFileBytes(w.path, ChannelBlockOffsets(w.header)[static_cast<std::size_t>(i)] + n * e.WordSize,
                             e.WordSize, b));
-  const auto* p = reinterpret_cast<const uint8_t*>(b.constData());
-  switch (SampleTypeFor(e.WordSize, e.Key, w.header.LcuSerial)) {
-    case SampleType::U8: return p[0];
-    case SampleType::I16: return binary_detail::LoadLittle<int16_t>(p);
-    case SampleType::I32: return binary_detail::LoadLittle<int32_t>(p);
-    case SampleType::F32: return binary_detail::LoadLittle<float>(p);
-    case SampleType::F64: return binary_detail::LoadLittle<double>(p);
-    case SampleType::None: break;
-  }
-  return 0;
+  return SampleAt(SampleTypeFor(e.WordSize, e.Key, w.header.LcuSerial), reinterpret_cast<const uint8_t*>(b.constData()));
 }
 
 TEST_F(DemoOutings, BlocksLieInsideTheFileAndBeaconsInsideTheData) {
