@@ -8,6 +8,8 @@
 #include "core/app/Numbers.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
+#include "core/compute/MathCompiler.h"
+#include "core/compute/OutingConstants.h"
 #include "core/outing/DescriptorCopy.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/outing/OutingFormat.h"
@@ -98,10 +100,11 @@ bool UpgradeHeader(Workspace& ws, const QString& path) {
 }
 
 void PrepareOutingMath(Workspace& ws, int slot) {
-  // Each definition becomes a channel of the outing, with key 1027 and up. The math compiler
-  // binds and compiles them; until then they have no rate and no samples.
+  // Each definition becomes a channel of the outing, with key 1027 and up, named after the
+  // definition so that the descriptor copy finds its display settings. The evaluator gives them
+  // their rates; until then they have none and no samples.
   OutingRec& o = OutingAt(ws, slot);
-  o.MathDefs.assign(static_cast<std::size_t>(ws.MathCount), OutingMathDef{});
+  o.Postfix.assign(static_cast<std::size_t>(ws.MathCount), PostfixRec{});
   for (int i = 0; i < ws.MathCount; ++i) {
     ChannelRec& c = o.Channels[static_cast<std::size_t>(o.LoggedCount + 3 + i)];
     c.Key = static_cast<uint16_t>(kFirstMathKey + i);
@@ -140,8 +143,13 @@ bool ProcessHeader(Workspace& ws, const QString& path) {
   FindStandardChannels(ws, slot);
   DerivedChannelSetup(ws, slot);
   if (!CopyDescriptors(ws, slot, o.LoggedCount, o.LoggedCount + 3)) return false;
+  // The outing's own constants come first: the compile writes their values into the formulas.
+  LoadOutingConstants(ws, slot, path);
   PrepareOutingMath(ws, slot);
   if (!CopyDescriptors(ws, slot, o.LoggedCount + 3, o.LastChannel)) return false;
+  // A definition that doesn't fit this outing compiles to nothing; the load goes on regardless.
+  AssignMathChannelIDs(ws, slot);
+  CompileOutingMath(ws, slot);
   BuildLaps(ws, slot);
   o.ExpansionMap = h.ExpansionMap;
   if (h.BandCount <= 8) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/compute/MathCompiler.h"
 #include "core/compute/MathDefinitions.h"
 #include "core/outing/OutingHeader.h"
 
@@ -91,22 +92,12 @@ struct ChannelRec {
   int16_t CalPoints = 0;
 };
 
-// Per outing state of a math channel (the compiled tokens come with the math compiler).
-struct OutingMathDef {
-  QString BoundText;
-  int16_t Compiled = 0;
-};
-
-struct OutingConstant {
-  QString Name;
-  QString Value;
-};
-
 struct OutingRec {
   std::vector<ChannelRec> Channels;  // 0..LastChannel: logged, derived, math
   std::vector<LapRec> Laps;          // 0..LastLap: one row per lap start and the closing row
-  std::vector<OutingMathDef> MathDefs;
-  std::vector<OutingConstant> OutingConstants;
+  std::vector<PostfixRec> Postfix;           // one per math definition: its compiled tokens
+  std::vector<ConstantRec> OutingConstants;  // the global constants' rows, with this outing's values
+  int16_t OutingConstantCount = 0;           // entries the outing's constants block held
   QString FileName;
   QString DateText;
   QString SizeText;

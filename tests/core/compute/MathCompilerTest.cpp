@@ -1,0 +1,380 @@
+#include "core/compute/MathCompiler.h"
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "../TestOutings.h"
+#include "core/compute/MathDefinitions.h"
+
+namespace {
+
+using namespace test_outings;
+
+// An outing in slot 0 with the given channels and constants, and one math definition whose
+// tokens the tests read back.
+class Compiler {
+ public:
+  struct Channel {
+    const char* name;
+    uint16_t key;
+  };
+
+  explicit Compiler(const std::vector<Channel>& channels, const std::vector<ConstantRec>& constants = {}) {
+    InitMathFunctions(b.ws);
+    OutingRec& o = b.Outing();
+    for (const Channel& c : channels) {
+      ChannelRec rec;
+      rec.Name = QString::fromLatin1(c.name);
+      rec.Key = c.key;
+      o.Channels.push_back(rec);
+    }
+    o.LastChannel = static_cast<int16_t>(o.Channels.size() - 1);
+    o.OutingConstants = constants;
+    b.ws.MathDefs.assign(kMathDefRows, MathDefRec{});
+    b.ws.MathCount = 1;
+  }
+
+  // The tokens of `bound_text` as "text:kind", blank-separated; the Count in force afterwards
+  // goes to `count`.
+  std::string Compile(const QString& bound_text, int& count) {
+    b.ws.MathDefs[0].BoundText = bound_text;
+    CompilePostfix(b.ws, 0, 0);
+    const PostfixRec& rec = b.Outing().Postfix.at(0);
+    count = rec.Count;
+    QStringList parts;
+    for (int i = 0; i < rec.Count; ++i) {
+      parts << rec.Tokens[static_cast<std::size_t>(i)].Text + ':' + QString::number(rec.Tokens[static_cast<std::size_t>(i)].Kind);
+    }
+    return parts.join(' ').toStdString();
+  }
+  std::string Compile(const QString& bound_text) {
+    int count = 0;
+    return Compile(bound_text, count);
+  }
+
+  // Binds `expression` the way a compile of the outing does.
+  QString Bind(const QString& expression) { return BindConstants(b.ws, 0, BindChannelNames(b.ws, 0, expression)); }
+
+  // Starts definition 0 off as if an earlier compile had left `count` tokens.
+  void SetPreviousCount(int16_t count) {
+    b.Outing().Postfix.assign(1, PostfixRec{});
+    b.Outing().Postfix[0].Count = count;
+  }
+
+  BareWorkspace b;
+};
+
+const std::vector<Compiler::Channel> kThreeChannels = {{"A", 1}, {"B", 2}, {"C", 3}};
+
+TEST(MathCompiler, RpmExampleBindsAndCompiles) {
+  Compiler c({{"BATTERY", 0}, {"LATERAL G", 1}, {"THROTTLE", 3}, {"BRAKE", 4}, {"STEERING", 5},
+              {"DAMPER FL", 7}, {"SPEED", 68}, {"RPM", 83}});
+  Workspace& ws = c.b.ws;
+  ws.MathDefs[0].Line = QStringLiteral("Rev_Scale[001] = RPM / 100 + 2");
+  ProcessMathDefs(ws);
+  CompileOutingMath(ws, 0);
+  EXPECT_EQ(ws.MathDefs[0].BoundText, "$007 / 100 + 2");
+  const PostfixRec& rec = c.b.Outing().Postfix.at(0);
+  ASSERT_EQ(rec.Count, 5);
+  const std::vector<std::pair<QString, int>> expected = {{"007", 0}, {"100", 2}, {"/", 3}, {"2", 2}, {"+", 3}};
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(rec.Tokens[static_cast<std::size_t>(i)].Text, expected[static_cast<std::size_t>(i)].first) << i;
+    EXPECT_EQ(rec.Tokens[static_cast<std::size_t>(i)].Kind, expected[static_cast<std::size_t>(i)].second) << i;
+  }
+}
+
+// The grammar that the priority table and the loop give: $000, $001, $002 stand for A, B, C.
+TEST(MathCompiler, GrammarOfTheLanguage) {
+  struct Case {
+    const char* bound;
+    const char* tokens;
+  } cases[] = {
+      // "*" binds tighter than "/", "+" tighter than "-".
+      {"$000 / $001 * $002", "000:0 001:0 002:0 *:3 /:3"},      // A / (B * C)
+      {"$000 - $001 + $002", "000:0 001:0 002:0 +:3 -:3"},      // A - (B + C)
+      {"$000 * $001 / $002", "000:0 001:0 *:3 002:0 /:3"},      // (A * B) / C
+      {"$000 - $001 - $002", "000:0 001:0 -:3 002:0 -:3"},      // left-associative
+      {"$000 ^ $001 ^ $002", "000:0 001:0 ^:3 002:0 ^:3"},      // "^" too
+      // A comparison or a function takes the one operand next to it, tighter than "^".
+      {"$000 > $001 + $002", "000:0 001:0 >:3 002:0 +:3"},      // (A > B) + C
+      {" Sin $000 ^ 2", "000:0 Sin:3 2:2 ^:3"},                 // (Sin A) ^ 2
+      // Words of priority -1 nest to the right.
+      {"$000 > $001 & $002", "000:0 001:0 002:0 &:3 >:3"},      // A > (B & C)
+      {"$000 >= 1 | $001 < 2", "000:0 1:2 001:0 2:2 <:3 |:3 >=:3"},
+      {" Sin  ABS $000", "000:0 ABS:3 Sin:3"},  // words in a row stand two blanks apart
+      // Parentheses give anything else, and a group is one operand.
+      {" ABS ($000 - $001)", "000:0 001:0 -:3 ABS:3"},
+      {"($000 + $001) * $002", "000:0 001:0 +:3 002:0 *:3"},
+      {"$000 * ($001 + $002)", "000:0 001:0 002:0 +:3 *:3"},
+      {"$000 - ($001) * $002", "000:0 001:0 002:0 *:3 -:3"},
+      {"$000 / ($001 + $002) * 2", "000:0 001:0 002:0 +:3 2:2 *:3 /:3"},
+      {"(($000))", "000:0"},
+      {"($000 + 1", "000:0 1:2 +:3"},  // an unclosed "(" is closed by the end
+      // Operands: one channel, math channels, numbers as written.
+      {"$000", "000:0"},
+      {"@004 * .5", "004:1 .5:2 *:3"},
+      {"$000 * -2.500000", "000:0 -2.500000:2 *:3"},
+      {"3 + 4", "3:2 4:2 +:3"},
+      // A function is written as the function table spells it.
+      {" sqrt $000", "000:0 Sqrt:3"},
+      {" Gate_Avg ($000 * ($001 > 90))", "000:0 001:0 90:2 >:3 *:3 Gate_Avg:3"},
+  };
+  for (const Case& k : cases) {
+    Compiler c(kThreeChannels);
+    EXPECT_EQ(c.Compile(QString::fromLatin1(k.bound)), k.tokens) << k.bound;
+  }
+}
+
+// A text that cannot be compiled leaves the Count of the previous compile; the outing loads on.
+TEST(MathCompiler, FailedCompileLeavesThePreviousCount) {
+  auto ones = [](int n) {
+    QStringList parts;
+    for (int i = 0; i < n; ++i) parts << QStringLiteral("1");
+    return parts.join(QStringLiteral(" + "));
+  };
+  struct Case {
+    const char* what;
+    QString bound;
+    int count;
+  } cases[] = {
+      {"a name the outing doesn't have", QStringLiteral("$000 + RPM"), 7},
+      {"a name at the head", QStringLiteral("SPEED * 2"), 7},
+      {"a word right behind a word", QStringLiteral(" Sin ABS $000"), 7},  // a blank starts each word
+      {"a \")\" too many", QStringLiteral("$000) + 1"), 7},
+      {"a \")\" too many after a group", QStringLiteral("($000 + 1)) * 2"), 7},
+      {"129 tokens fit", ones(65), 129},
+      {"131 tokens don't", ones(66), 7},
+  };
+  for (const Case& k : cases) {
+    Compiler c(kThreeChannels);
+    c.SetPreviousCount(7);
+    int count = -1;
+    c.Compile(k.bound, count);
+    EXPECT_EQ(count, k.count) << k.what;
+    EXPECT_TRUE(c.b.messages.entries.empty()) << k.what;
+  }
+  // A fresh outing has no previous compile: nothing to evaluate.
+  Compiler fresh(kThreeChannels);
+  int count = -1;
+  fresh.Compile(QStringLiteral("$000 + RPM"), count);
+  EXPECT_EQ(count, 0);
+}
+
+TEST(MathCompiler, StackDeeperThan128StopsWithAMessage) {
+  // Words in a row stand two blanks apart, as the editor writes them: each is rewritten as
+  // " word " behind a text that already ends in a blank.
+  auto nested = [](int functions) {
+    QString text = QStringLiteral(" Sin");
+    for (int i = 1; i < functions; ++i) text += QStringLiteral("  Sin");
+    return text + QStringLiteral(" $000");
+  };
+  {
+    Compiler c(kThreeChannels);
+    c.SetPreviousCount(7);
+    int count = -1;
+    c.Compile(nested(128), count);
+    EXPECT_EQ(count, 129);  // 128 deep is allowed, and 129 tokens fit
+    EXPECT_TRUE(c.b.messages.entries.empty());
+  }
+  {
+    Compiler c(kThreeChannels);
+    c.SetPreviousCount(7);
+    int count = -1;
+    c.Compile(nested(129), count);
+    EXPECT_EQ(count, 0);
+    ASSERT_EQ(c.b.messages.entries.size(), 1u);
+    EXPECT_EQ(c.b.messages.entries[0].text, "Math Stack Overflow");
+    EXPECT_EQ(c.b.messages.entries[0].title, "Postfix Math");
+  }
+}
+
+TEST(MathCompiler, OperatorPriorities) {
+  const std::pair<const char*, int> cases[] = {{"^", 0}, {"*", 1}, {"/", 2}, {"+", 3}, {"-", 4}, {">=", -1},
+                                               {"&", -1}, {"!=", -1}, {"Sin", -1}, {"ABS", -1}, {"", -1}};
+  for (const auto& [word, priority] : cases) EXPECT_EQ(OperatorPriority(QString::fromLatin1(word)), priority) << word;
+}
+
+TEST(MathCompiler, WholeNames) {
+  struct Case {
+    const char* text;
+    int position;
+    const char* name;
+    bool whole;
+  } cases[] = {
+      {"RPM", 0, "RPM", true},
+      {"RPM2 - RPM", 0, "RPM", true},  // digits are no part of a name
+      {"2RPM", 1, "RPM", true},
+      {"(RPM)", 1, "RPM", true},
+      {"A RPM B", 2, "RPM", true},
+      {"XRPM", 1, "RPM", false},
+      {"RPMX", 0, "RPM", false},
+      {"xRPM", 1, "RPM", false},  // neighbours are tested upper-cased
+      {"RPMz", 0, "RPM", false},
+      {"_RPM", 1, "RPM", false},
+      {"RPM_A", 0, "RPM", false},
+      {"$RPM@", 1, "RPM", true},
+  };
+  for (const Case& k : cases) {
+    EXPECT_EQ(IsWholeName(QString::fromLatin1(k.text), k.position, QString::fromLatin1(k.name)), k.whole)
+        << k.text << " at " << k.position;
+  }
+}
+
+TEST(MathCompiler, ChannelNamesBindInTableOrder) {
+  Compiler c({{"RPM", 83},
+              {"RPM2", 84},
+              {"DISTANCE", 70},
+              {"SPEED", 68},
+              {"LAP DISTANCE", kDerivedLapDistanceKey},
+              {"REAR_SLIP", kFirstMathKey},
+              {"", 0}});
+  struct Case {
+    const char* expression;
+    const char* bound;
+  } cases[] = {
+      {"RPM / 100 + 2", "$000 / 100 + 2"},
+      {"RPM2 - RPM", "$0002 - $000"},  // RPM comes first in the table and cuts RPM2 short
+      {"XRPM + RPM_A + RPMB", "XRPM + RPM_A + RPMB"},
+      {"rpm + Speed", "rpm + Speed"},  // names are searched with their case
+      {"SPEED+SPEED", "$003+$003"},
+      {"REAR_SLIP * SPEED", "@005 * $003"},  // a math channel is referred to by "@"
+      // Distance binds nothing once "Lap Distance" lies ahead of the search.
+      {"DISTANCE * 2", "$002 * 2"},
+      {"DISTANCE + DISTANCE", "$002 + $002"},
+      {"LAP DISTANCE / 1000", "$004 / 1000"},
+      {"DISTANCE - LAP DISTANCE", "DISTANCE - $004"},
+      {"LAP DISTANCE - DISTANCE", "$004 - DISTANCE"},
+  };
+  for (const Case& k : cases) EXPECT_EQ(c.Bind(QString::fromLatin1(k.expression)), k.bound) << k.expression;
+
+  // The longer name first in the table keeps it whole.
+  Compiler longer_first({{"RPM2", 84}, {"RPM", 83}});
+  EXPECT_EQ(longer_first.Bind(QStringLiteral("RPM2 - RPM")), "$000 - $001");
+}
+
+TEST(MathCompiler, ConstantsBindAsNumbersWithSixDecimals) {
+  struct Case {
+    const char* value;
+    const char* bound;
+  } cases[] = {
+      {"57.5", "57.500000"},
+      {"  12", "12.000000"},
+      {"3.14159265", "3.141593"},
+      {"1e3", "1000.000000"},
+      {"0.0000004", "0.000000"},
+      {"-0", "0.000000"},
+      {"12.5 mm", "12.500000"},
+      {"abc", "0.000000"},
+      {"Book1!R1C1", "0.000000"},  // a live link can't be reached here: it reads as 0
+      {"12.5!x", "0.000000"},
+      {"!12", "0.000000"},  // no link, and no number either
+  };
+  for (const Case& k : cases) {
+    Compiler c(kThreeChannels, {{QStringLiteral("Gain"), QString::fromLatin1(k.value)}});
+    EXPECT_EQ(c.Bind(QStringLiteral("A * Gain")), QStringLiteral("$000 * ") + k.bound) << k.value;
+  }
+}
+
+TEST(MathCompiler, ConstantsAfterChannels) {
+  Compiler c({{"RPM", 83}, {"SPEED", 68}},
+             {{QStringLiteral("SPEED"), QStringLiteral("3")},
+              {QStringLiteral("Brake Bias "), QStringLiteral("57.5")},  // as CONSTANT.DEF leaves it before " = "
+              {QStringLiteral("Gain"), QStringLiteral("-2.5")}});
+  struct Case {
+    const char* expression;
+    const char* bound;
+    const char* tokens;
+  } cases[] = {
+      // A constant named like a channel: the channel is bound first, so it wins.
+      {"SPEED * 2", "$001 * 2", "001:0 2:2 *:3"},
+      {"RPM * Brake Bias / 100", "$000 * 57.500000 / 100", "000:0 57.500000:2 *:3 100:2 /:3"},
+      // A negative constant is one number, not an operator.
+      {"RPM * Gain", "$000 * -2.500000", "000:0 -2.500000:2 *:3"},
+      {"Gain", "-2.500000", "-2.500000:2"},
+      {"Gainx + 1", "Gainx + 1", ""},
+  };
+  for (const Case& k : cases) {
+    const QString bound = c.Bind(QString::fromLatin1(k.expression));
+    EXPECT_EQ(bound, k.bound) << k.expression;
+    c.SetPreviousCount(0);
+    EXPECT_EQ(c.Compile(bound), k.tokens) << k.expression;
+  }
+}
+
+TEST(MathCompiler, MathChannelKeysFollowTheDerivedChannels) {
+  BareWorkspace b;
+  OutingRec& o = b.Outing();
+  o.LoggedCount = 2;
+  o.LastChannel = 2 + 3 + 3;
+  o.Channels.resize(static_cast<std::size_t>(o.LastChannel) + 1);
+  b.ws.MathCount = 3;
+  AssignMathChannelIDs(b.ws, 0);
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(o.Channels[static_cast<std::size_t>(5 + i)].Key, 1027 + i);
+  EXPECT_EQ(o.Channels[4].Key, 0);
+}
+
+// The demo installation's definitions, compiled for a demo outing as it loads.
+TEST(MathCompiler, DemoOutingLoadsWithItsMathCompiled) {
+  QTemporaryDir home;
+  RecordingMessages messages;
+  DemoResult made;
+  QString error;
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, made, &error, 1)) << error.toStdString();
+  Workspace ws(messages, home.path());
+  ASSERT_TRUE(StartUp(ws, false));
+  ASSERT_EQ(ws.MathCount, 4);
+  ws.CurFolder = 0;
+  ws.CurOuting = 0;
+  ASSERT_TRUE(OpenOuting(ws, JoinPath(ws.Paths.DataDirectory, QStringLiteral("SPIE0201.DAT"))));
+  const OutingRec& o = ws.FolderTable[0].Outings[0];
+  auto index = [&](const char* name) {
+    for (std::size_t c = 0; c < o.Channels.size(); ++c) {
+      if (o.Channels[c].Name == QLatin1String(name)) return QStringLiteral("%1").arg(c, 3, 10, QLatin1Char('0'));
+    }
+    ADD_FAILURE() << name << " is not in the outing";
+    return QString();
+  };
+  // This outing stores its own fuel density, 0.748 against the global 0.745.
+  const QString bound[4] = {
+      "( $" + index("WHEEL SPEED RL") + " + $" + index("WHEEL SPEED RR") + " ) / ( $" + index("WHEEL SPEED FL") +
+          " + $" + index("WHEEL SPEED FR") + " ) * 100 - 100",
+      " Sqrt ( $" + index("LATERAL G") + " * $" + index("LATERAL G") + " + $" + index("LONG G") + " * $" +
+          index("LONG G") + " )",
+      "$" + index("FUEL USED") + " * 0.748000",
+      "$" + index("DAMPER FL") + " - $" + index("DAMPER FR"),
+  };
+  ASSERT_EQ(o.Postfix.size(), 4u);
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(ws.MathDefs[static_cast<std::size_t>(i)].BoundText, bound[i]) << i;
+    const ChannelRec& channel = o.Channels[static_cast<std::size_t>(o.LoggedCount + 3 + i)];
+    EXPECT_EQ(channel.Key, 1027 + i);
+    EXPECT_EQ(channel.Rate, 0.0f);  // rates come with the evaluator
+  }
+  EXPECT_EQ(o.Channels[static_cast<std::size_t>(o.LoggedCount + 3)].Name, "REAR_SLIP");
+  // Formulas in the form the editor writes compile in full.
+  EXPECT_EQ(o.Postfix[2].Count, 3);
+  EXPECT_EQ(o.Postfix[2].Tokens[1].Text, "0.748000");
+  EXPECT_EQ(o.Postfix[3].Count, 3);
+  // The editor never leaves a blank inside parentheses: a blank starts an operator word, so the
+  // compile of these two stops at the first one, and they compute nothing.
+  EXPECT_EQ(o.Postfix[0].Count, 0);
+  EXPECT_EQ(o.Postfix[1].Count, 0);
+  EXPECT_TRUE(messages.entries.empty());
+
+  // Written as the editor writes them, the same formulas compile.
+  ws.MathDefs[0].Line = QStringLiteral(
+      "Rear_Slip[001] = (WHEEL SPEED RL + WHEEL SPEED RR) / (WHEEL SPEED FL + WHEEL SPEED FR) * 100 - 100");
+  ws.MathDefs[1].Line = QStringLiteral("Combined_G[002] = Sqrt (LATERAL G * LATERAL G + LONG G * LONG G)");
+  ProcessMathDefs(ws);
+  CompileOutingMath(ws, 0);
+  EXPECT_EQ(o.Postfix[0].Count, 11);  // 4 channels, 2 numbers, 5 operators
+  EXPECT_EQ(o.Postfix[1].Count, 8);   // 4 channels, 3 operators, Sqrt
+  EXPECT_EQ(o.Postfix[1].Tokens[7].Text, "Sqrt");
+  EXPECT_EQ(o.Postfix[0].Tokens[10].Text, "-");
+}
+
+}  // namespace

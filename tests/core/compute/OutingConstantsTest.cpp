@@ -1,0 +1,167 @@
+#include "core/compute/OutingConstants.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "../TestOutings.h"
+#include "core/compute/MathCompiler.h"
+#include "core/outing/ConstantsBlock.h"
+
+namespace {
+
+using namespace test_outings;
+
+const std::vector<ConstantRec> kGlobals = {
+    {QStringLiteral("Brake Bias "), QStringLiteral("57.5")},  // the blank before " = " stays in the name
+    {QStringLiteral("Front Weight"), QStringLiteral("0.45")},
+    {QStringLiteral("Fuel Density"), QStringLiteral("0.745")},
+    {QStringLiteral("Wheelbase"), QStringLiteral("3.0")},
+    {QStringLiteral("Final Drive"), QStringLiteral("3.2")},
+};
+
+// A home with the global constants above and a small outing, with or without a constants block.
+class OutingConstantsFile : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    home.ws().GlobalConstants = kGlobals;
+    home.ws().GlobalConstantCount = static_cast<int>(kGlobals.size());
+  }
+  QString Write(const char* name, const std::vector<ConstantEntry>* constants) {
+    const QString path = home.Path(QString::fromLatin1(name));
+    QString error;
+    EXPECT_TRUE(WriteOutingFile(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))}, constants, &error))
+        << error.toStdString();
+    return path;
+  }
+  std::vector<QString> Values(int slot) {
+    std::vector<QString> v;
+    for (const ConstantRec& c : home.Outing(slot).OutingConstants) v.push_back(c.Value);
+    return v;
+  }
+
+  TestHome home;
+};
+
+TEST_F(OutingConstantsFile, KnownNamesTakeTheOutingsValuesUnknownAreDropped) {
+  const std::vector<ConstantEntry> stored = {
+      {QStringLiteral("Tyre Pressure"), 1.6f}, {QStringLiteral("Brake Bias"), 58.5f},
+      {QStringLiteral("Rear Wing"), 12.0f},    {QStringLiteral("Fuel Density"), 0.748f},
+      {QStringLiteral("Wheelbase"), 2.95f},
+  };
+  ASSERT_TRUE(home.Load(0, Write("FIVE.DAT", &stored)));
+  const OutingRec& o = home.Outing(0);
+  EXPECT_EQ(o.OutingConstantCount, 5);
+  ASSERT_EQ(o.OutingConstants.size(), kGlobals.size());
+  for (std::size_t i = 0; i < kGlobals.size(); ++i) EXPECT_EQ(o.OutingConstants[i].Name, kGlobals[i].Name);
+  EXPECT_EQ(Values(0), (std::vector<QString>{"58.5", "0.45", "0.748", "2.95", "3.2"}));
+  EXPECT_TRUE(home.messages.entries.empty());
+}
+
+TEST_F(OutingConstantsFile, WithoutABlockTheGlobalValuesStand) {
+  ASSERT_TRUE(home.Load(0, Write("NONE.DAT", nullptr)));
+  EXPECT_EQ(home.Outing(0).OutingConstantCount, 0);
+  EXPECT_EQ(Values(0), (std::vector<QString>{"57.5", "0.45", "0.745", "3.0", "3.2"}));
+  EXPECT_TRUE(home.messages.entries.empty());
+}
+
+// Names are fixed fields of 32 characters, compared trimmed and upper-cased.
+TEST_F(OutingConstantsFile, NamesCompareOverTheirFixedWidth) {
+  const QString long_name = QStringLiteral("Anti-roll bar front blade position");  // 35 characters
+  home.ws().GlobalConstants = {{QStringLiteral("brake bias"), QStringLiteral("1")},
+                               {long_name, QStringLiteral("2")},
+                               {QStringLiteral("Brake"), QStringLiteral("3")}};
+  const std::vector<ConstantEntry> stored = {{QStringLiteral("BRAKE BIAS"), 60.0f}, {long_name.left(32), 4.0f}};
+  ASSERT_TRUE(home.Load(0, Write("NAMES.DAT", &stored)));
+  EXPECT_EQ(Values(0), (std::vector<QString>{"60", "4", "3"}));
+}
+
+TEST_F(OutingConstantsFile, OutingValuesReachTheFormulas) {
+  Workspace& ws = home.ws();
+  ws.MathDefs[0].Line = QStringLiteral("Fuel_Mass[001] = SYSTEM SPEED * Fuel Density");
+  ws.MathCount = 1;
+  ProcessMathDefs(ws);
+  const std::vector<ConstantEntry> stored = {{QStringLiteral("Fuel Density"), 0.748f}};
+  ASSERT_TRUE(home.Load(0, Write("FORMULA.DAT", &stored)));
+  EXPECT_EQ(ws.MathDefs[0].BoundText, "$000 * 0.748000");
+  EXPECT_EQ(home.Outing(0).Postfix.at(0).Count, 3);
+  ASSERT_TRUE(home.Load(1, Write("GLOBAL.DAT", nullptr)));
+  EXPECT_EQ(ws.MathDefs[0].BoundText, "$000 * 0.745000");  // the outing compiled last
+}
+
+TEST_F(OutingConstantsFile, SaveReplacesTheBlockAndKeepsTheData) {
+  const std::vector<ConstantEntry> five = {
+      {QStringLiteral("A1"), 1}, {QStringLiteral("A2"), 2}, {QStringLiteral("A3"), 3},
+      {QStringLiteral("A4"), 4}, {QStringLiteral("A5"), 5}, {QStringLiteral("A6"), 6}, {QStringLiteral("A7"), 7}};
+  const QString path = Write("SAVE.DAT", &five);
+  ASSERT_TRUE(home.Load(0, path));
+  OutingRec& o = home.Outing(0);
+  QByteArray before;
+  ASSERT_TRUE(ReadFileBytes(path, 0, o.DataEnd - 1, before));
+
+  o.OutingConstants[0].Value = QStringLiteral("61.25");
+  o.OutingConstants[1].Value = QStringLiteral("Book1!R1C1");  // a link keeps only the number in front
+  o.OutingConstants[2].Value = QStringLiteral("0.75!Setup");
+  o.OutingConstants[3].Value = QStringLiteral("-3");
+  ASSERT_TRUE(SaveOutingConstants(home.ws(), 0));
+  EXPECT_TRUE(home.messages.entries.empty());
+
+  QByteArray after;
+  ASSERT_TRUE(ReadFileBytes(path, 0, 1 << 24, after));
+  EXPECT_EQ(after.size(), o.DataEnd - 1 + 128 + 5 * 36);  // the longer block is gone
+  EXPECT_EQ(after.left(o.DataEnd - 1), before);
+  std::vector<ConstantEntry> block;
+  ASSERT_TRUE(ReadConstantsBlock(path, o.DataEnd - 1, block));
+  const std::vector<std::pair<QString, float>> expected = {
+      {"Brake Bias", 61.25f}, {"Front Weight", 0}, {"Fuel Density", 0.75f}, {"Wheelbase", -3}, {"Final Drive", 3.2f}};
+  ASSERT_EQ(block.size(), expected.size());
+  for (std::size_t i = 0; i < block.size(); ++i) {
+    EXPECT_EQ(block[i].Name.text, expected[i].first);
+    EXPECT_EQ(block[i].Value, expected[i].second) << i;
+  }
+
+  // Read back, as the outing loads again.
+  ASSERT_TRUE(home.Load(0, path));
+  EXPECT_EQ(Values(0), (std::vector<QString>{"61.25", "0", "0.75", "-3", "3.2"}));
+}
+
+TEST_F(OutingConstantsFile, SaveOfAnOutingThatIsGoneSaysSo) {
+  const QString path = Write("GONE.DAT", nullptr);
+  ASSERT_TRUE(home.Load(0, path));
+  ASSERT_TRUE(QFile::remove(path));
+  EXPECT_FALSE(SaveOutingConstants(home.ws(), 0));
+  EXPECT_EQ(LastMessage(home.messages).title, "Save Constants");
+  EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST(OutingConstants, LinksAndNumbers) {
+  struct Case {
+    const char* value;
+    bool link;
+    const char* resolved;
+    double number;
+  } cases[] = {
+      {"57.5", false, "57.5", 57.5},
+      {"Book1!R1C1", true, "0", 0},  // no link service here: an unreachable link reads as 0
+      {"x!", true, "0", 0},
+      {"!12", false, "!12", 0},  // the mark must stand at the second character or later
+      {"  -2.5e2x", false, "  -2.5e2x", -250},
+      {"+.5", false, "+.5", 0.5},
+      {"7.", false, "7.", 7},
+      {"1e", false, "1e", 1},
+      {"- 5", false, "- 5", 0},
+      {"", false, "", 0},
+  };
+  for (const Case& k : cases) {
+    const QString value = QString::fromLatin1(k.value);
+    EXPECT_EQ(IsConstantLink(value), k.link) << k.value;
+    EXPECT_EQ(ResolveConstantLink(value), k.resolved) << k.value;
+    EXPECT_EQ(LeadingNumber(value), k.number) << k.value;
+  }
+  EXPECT_EQ(ConstantValueText(0.748f), "0.748");
+  EXPECT_EQ(ConstantValueText(58.5f), "58.5");
+  EXPECT_EQ(ConstantValueText(1234567.0f), "1234567");
+}
+
+}  // namespace
