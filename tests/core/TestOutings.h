@@ -52,6 +52,7 @@ class TestHome {
     WriteFileAtomically(JoinPath(setup, kChannelDscFileName), ChannelDescriptorFileBytes(dsc));
     ws_ = std::make_unique<Workspace>(messages, dir_.path());
     started = StartUp(*ws_, false);
+    ws_->KeepRecentFiles = true;  // loads here stand for the window's
   }
   Workspace& ws() { return *ws_; }
   QString Path(const QString& name) const { return dir_.filePath(name); }

@@ -46,7 +46,10 @@ bool StartUp(Workspace& ws, bool for_window) {
   ws.CurFolder = 0;
   ws.CurOuting = 0;
   ReadRegistryData(ws);
-  if (!for_window) ws.Options.AlwaysConvert = false;
+  if (!for_window) {
+    ws.Options.AlwaysConvert = false;
+    ws.KeepRecentFiles = false;
+  }
   if (!ReadChannelDescriptors(ws)) return false;
   LoadMathChannels(ws);
   ProcessMathDefs(ws);
@@ -105,6 +108,7 @@ QStringList ReadRecentFiles(const Workspace& ws) {
 }
 
 void AddRecentFile(Workspace& ws, const QString& path) {
+  if (!ws.KeepRecentFiles) return;
   QStringList files = ReadRecentFiles(ws);
   const int old_count = static_cast<int>(files.size());
   files.removeAll(path);

@@ -63,6 +63,9 @@ struct Workspace {
   bool TrackLoaded = false;
   float TrackLength = 0;
 
+  // False for a command-line start: a script's loads do not churn the person's recent files.
+  bool KeepRecentFiles = true;
+
   // Raw bytes of the last fetch, kept so that a fetch reuses memory instead of mapping new pages.
   std::vector<uint8_t> FetchBuffer;
 
