@@ -73,6 +73,7 @@ void BM_FetchEveryLapAndChannel(benchmark::State& state) {
   int64_t samples = 0;
   for (auto _ : state) {
     ClearOutingCache(ws, 0);
+    FetchScope scope(ws);  // as a redraw fetches
     samples = 0;
     for (int lap = 0; lap < o.LastLap; ++lap) {
       for (int c = 0; c < channels; ++c) {

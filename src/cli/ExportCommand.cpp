@@ -142,7 +142,10 @@ void AddExportCommand(CLI::App& cli, CliContext& context) {
       context.exit_code = 1;
       return;
     }
-    for (int c : picked) GetChannelData(*ws, 0, lap, c);
+    {
+      FetchScope scope(*ws);
+      for (int c : picked) GetChannelData(*ws, 0, lap, c);
+    }
     const std::string text = opt->format == "json" ? Json(o, lap, picked) : Csv(o, lap, picked);
     if (opt->out.empty()) {
       std::fwrite(text.data(), 1, text.size(), stdout);

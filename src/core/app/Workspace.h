@@ -4,8 +4,10 @@
 // settings, paths and options, the channel descriptors, the math definitions and constants, the
 // report list, the folders, and the one work copy of an outing header.
 
+#include <QFile>
 #include <QString>
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "core/app/Messages.h"
@@ -68,6 +70,9 @@ struct Workspace {
 
   // Raw bytes of the last fetch, kept so that a fetch reuses memory instead of mapping new pages.
   std::vector<uint8_t> FetchBuffer;
+  // The outing file kept open while a FetchScope lasts.
+  std::unique_ptr<QFile> FetchFile;
+  int FetchScopeDepth = 0;
 
   // Set when a filter of a channel changed, so the tree and the plots fetch anew.
   bool FiltersChanged = false;

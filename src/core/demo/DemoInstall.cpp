@@ -12,9 +12,10 @@
 namespace {
 
 // Formulas an engineer sets up first: slip, combined grip, fuel mass, roll.
+// (Written as the editor writes them: no blank inside a parenthesis; "*" binds tighter than "/".)
 const QStringList kDemoMath = {
-    QStringLiteral("Rear_Slip[001] = ( WHEEL SPEED RL + WHEEL SPEED RR ) / ( WHEEL SPEED FL + WHEEL SPEED FR ) * 100 - 100"),
-    QStringLiteral("Combined_G[002] = Sqrt ( LATERAL G * LATERAL G + LONG G * LONG G )"),
+    QStringLiteral("Rear_Slip[001] = (WHEEL SPEED RL + WHEEL SPEED RR) * 100 / (WHEEL SPEED FL + WHEEL SPEED FR) - 100"),
+    QStringLiteral("Combined_G[002] = Sqrt (LATERAL G * LATERAL G + LONG G * LONG G)"),
     QStringLiteral("Fuel_Mass[003] = FUEL USED * Fuel Density"),
     QStringLiteral("Front_Roll[004] = DAMPER FL - DAMPER FR"),
 };

@@ -31,7 +31,28 @@ const std::vector<float>& Fetched(Workspace& ws, int slot, int lap, int channel)
   return Cache(ws, slot, lap, channel).Samples;
 }
 
+// The file to read from: the scope's open file when one lasts, else `own`, opened here.
+QFile* OpenForFetch(Workspace& ws, const QString& path, QFile& own) {
+  if (ws.FetchScopeDepth > 0) {
+    if (!ws.FetchFile || ws.FetchFile->fileName() != path) {
+      ws.FetchFile = std::make_unique<QFile>(path);
+      if (!ws.FetchFile->open(QIODevice::ReadOnly)) {
+        ws.FetchFile.reset();
+        return nullptr;
+      }
+    }
+    return ws.FetchFile.get();
+  }
+  return own.open(QIODevice::ReadOnly) ? &own : nullptr;
+}
+
 }  // namespace
+
+FetchScope::FetchScope(Workspace& ws) : ws_(ws) { ++ws_.FetchScopeDepth; }
+
+FetchScope::~FetchScope() {
+  if (--ws_.FetchScopeDepth == 0) ws_.FetchFile.reset();
+}
 
 int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel) {
   const OutingRec& o = OutingAt(ws, slot);
@@ -64,8 +85,10 @@ void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel) {
   const ChannelRec& c = o.Channels[static_cast<std::size_t>(channel)];
   const SampleType type = SampleTypeFor(c.WordSize, c.Key, static_cast<uint16_t>(o.LcuSerial));
   const int bytes_per_sample = SampleTypeBytes(type);
-  QFile f(o.FileName);
-  if (!f.open(QIODevice::ReadOnly)) return;
+  QFile own(o.FileName);
+  QFile* file = OpenForFetch(ws, o.FileName, own);
+  if (!file) return;
+  QFile& f = *file;
   const int64_t start = o.Laps[static_cast<std::size_t>(lap)].StartTime;
   const int64_t position = Floor(static_cast<double>(c.Rate) * start) * c.WordSize + c.BlockOffset - 1;
   int64_t n = FetchUpperBound(ws, slot, lap, channel);
@@ -84,7 +107,7 @@ void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel) {
     got = std::max<qint64>(0, f.read(reinterpret_cast<char*>(buffer.data()), wanted));
   }
   std::fill(buffer.begin() + got, buffer.begin() + wanted, uint8_t{0});
-  f.close();
+  own.close();
   const RawSamples raw{type, buffer.data(), bytes_per_sample > 0 ? n + 1 : 0};
   std::vector<float> values;
   if (o.LcuSerial == kConvertedSerial) {

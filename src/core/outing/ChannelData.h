@@ -19,6 +19,19 @@ void FetchDerivedChannel(Workspace& ws, int slot, int lap, int channel);
 // The upper index of the samples a fetch of this channel and lap makes.
 int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel);
 
+// While one lasts, fetches of the same outing share one open file instead of opening it once
+// per channel and lap: for a redraw, an export, a report. Scopes nest.
+class FetchScope {
+ public:
+  explicit FetchScope(Workspace& ws);
+  ~FetchScope();
+  FetchScope(const FetchScope&) = delete;
+  FetchScope& operator=(const FetchScope&) = delete;
+
+ private:
+  Workspace& ws_;
+};
+
 // Forgets the cached samples of one channel in every lap, or of every channel of the outing,
 // after a change of calibration, filter or definition.
 void ClearChannelCache(Workspace& ws, int slot, int channel);

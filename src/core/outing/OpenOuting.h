@@ -23,6 +23,6 @@ bool ProcessHeader(Workspace& ws, const QString& path);
 // outing is then read as it stands.
 bool UpgradeHeader(Workspace& ws, const QString& path);
 
-// The step of a header load that belongs to math: outing constants, the math channel table and
-// its compilation. Loads without math leave the math channels uncompiled.
+// The math channel table of a load: a channel (key 1027 and up) for each definition, named after
+// it. The outing's constants come before it and the compile after the descriptor copy.
 void PrepareOutingMath(Workspace& ws, int slot);

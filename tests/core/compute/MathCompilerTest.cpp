@@ -340,10 +340,10 @@ TEST(MathCompiler, DemoOutingLoadsWithItsMathCompiled) {
   };
   // This outing stores its own fuel density, 0.748 against the global 0.745.
   const QString bound[4] = {
-      "( $" + index("WHEEL SPEED RL") + " + $" + index("WHEEL SPEED RR") + " ) / ( $" + index("WHEEL SPEED FL") +
-          " + $" + index("WHEEL SPEED FR") + " ) * 100 - 100",
-      " Sqrt ( $" + index("LATERAL G") + " * $" + index("LATERAL G") + " + $" + index("LONG G") + " * $" +
-          index("LONG G") + " )",
+      "($" + index("WHEEL SPEED RL") + " + $" + index("WHEEL SPEED RR") + ") * 100 / ($" + index("WHEEL SPEED FL") +
+          " + $" + index("WHEEL SPEED FR") + ") - 100",
+      " Sqrt ($" + index("LATERAL G") + " * $" + index("LATERAL G") + " + $" + index("LONG G") + " * $" +
+          index("LONG G") + ")",
       "$" + index("FUEL USED") + " * 0.748000",
       "$" + index("DAMPER FL") + " - $" + index("DAMPER FR"),
   };
@@ -359,21 +359,12 @@ TEST(MathCompiler, DemoOutingLoadsWithItsMathCompiled) {
   EXPECT_EQ(o.Postfix[2].Count, 3);
   EXPECT_EQ(o.Postfix[2].Tokens[1].Text, "0.748000");
   EXPECT_EQ(o.Postfix[3].Count, 3);
-  // The editor never leaves a blank inside parentheses: a blank starts an operator word, so the
-  // compile of these two stops at the first one, and they compute nothing.
-  EXPECT_EQ(o.Postfix[0].Count, 0);
-  EXPECT_EQ(o.Postfix[1].Count, 0);
   EXPECT_TRUE(messages.entries.empty());
-
-  // Written as the editor writes them, the same formulas compile.
-  ws.MathDefs[0].Line = QStringLiteral(
-      "Rear_Slip[001] = (WHEEL SPEED RL + WHEEL SPEED RR) / (WHEEL SPEED FL + WHEEL SPEED FR) * 100 - 100");
-  ws.MathDefs[1].Line = QStringLiteral("Combined_G[002] = Sqrt (LATERAL G * LATERAL G + LONG G * LONG G)");
-  ProcessMathDefs(ws);
-  CompileOutingMath(ws, 0);
   EXPECT_EQ(o.Postfix[0].Count, 11);  // 4 channels, 2 numbers, 5 operators
   EXPECT_EQ(o.Postfix[1].Count, 8);   // 4 channels, 3 operators, Sqrt
   EXPECT_EQ(o.Postfix[1].Tokens[7].Text, "Sqrt");
+  EXPECT_EQ(o.Postfix[0].Tokens[4].Text, "*");  // the slip in percent: (RL + RR) * 100 first
+  EXPECT_EQ(o.Postfix[0].Tokens[8].Text, "/");
   EXPECT_EQ(o.Postfix[0].Tokens[10].Text, "-");
 }
 
