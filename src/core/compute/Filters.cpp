@@ -89,15 +89,17 @@ std::vector<float> Convolve(const std::vector<float>& h, const std::vector<float
   // The body, summed in ascending j for every output as the edges are, but with j outside so
   // that the inner loop runs over consecutive outputs and vectorises.
   const int body_end = u - half;  // exclusive
-  constexpr int kBlock = 2048;
+  constexpr int kBlock = 1024;
+  alignas(64) float acc[kBlock];  // sums of one block, apart from the arrays so stores never stall loads
   for (int start = half; start < body_end; start += kBlock) {
-    const int stop = std::min(body_end, start + kBlock);
-    float* out = y.data();
+    const int count = std::min(body_end - start, kBlock);
+    std::fill(acc, acc + count, 0.0f);
     for (int j = 0; j <= m; ++j) {
       const float hj = h[static_cast<std::size_t>(j)];
-      const float* in = x.data() + j;
-      for (int i = start; i < stop; ++i) out[i] += hj * in[i - half];
+      const float* in = x.data() + (start - half + j);
+      for (int k = 0; k < count; ++k) acc[k] += hj * in[k];
     }
+    std::copy(acc, acc + count, y.begin() + start);
   }
   for (int i = std::max(0, u - half); i < u; ++i) y[static_cast<std::size_t>(i)] = Tap(h, x, i, half, 0, u - i - half + m);
   return y;
