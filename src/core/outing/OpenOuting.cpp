@@ -8,6 +8,7 @@
 #include "core/app/Numbers.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
+#include "core/compute/MathChannels.h"
 #include "core/compute/MathCompiler.h"
 #include "core/compute/OutingConstants.h"
 #include "core/outing/DescriptorCopy.h"
@@ -99,20 +100,6 @@ bool UpgradeHeader(Workspace& ws, const QString& path) {
   return true;
 }
 
-void PrepareOutingMath(Workspace& ws, int slot) {
-  // Each definition becomes a channel of the outing, with key 1027 and up, named after the
-  // definition so that the descriptor copy finds its display settings. The evaluator gives them
-  // their rates; until then they have none and no samples.
-  OutingRec& o = OutingAt(ws, slot);
-  o.Postfix.assign(static_cast<std::size_t>(ws.MathCount), PostfixRec{});
-  for (int i = 0; i < ws.MathCount; ++i) {
-    ChannelRec& c = o.Channels[static_cast<std::size_t>(o.LoggedCount + 3 + i)];
-    c.Key = static_cast<uint16_t>(kFirstMathKey + i);
-    c.Name = ws.MathDefs[static_cast<std::size_t>(i)].Name;
-    c.Rate = 0;
-  }
-}
-
 bool ProcessHeader(Workspace& ws, const QString& path) {
   const int slot = ws.CurOuting;
   if (!ReadChannelDescriptors(ws)) return false;
@@ -150,6 +137,7 @@ bool ProcessHeader(Workspace& ws, const QString& path) {
   // A definition that doesn't fit this outing compiles to nothing; the load goes on regardless.
   AssignMathChannelIDs(ws, slot);
   CompileOutingMath(ws, slot);
+  CalcMathRates(ws, slot);
   BuildLaps(ws, slot);
   o.ExpansionMap = h.ExpansionMap;
   if (h.BandCount <= 8) {

@@ -352,7 +352,12 @@ TEST(MathCompiler, DemoOutingLoadsWithItsMathCompiled) {
     EXPECT_EQ(ws.MathDefs[static_cast<std::size_t>(i)].BoundText, bound[i]) << i;
     const ChannelRec& channel = o.Channels[static_cast<std::size_t>(o.LoggedCount + 3 + i)];
     EXPECT_EQ(channel.Key, 1027 + i);
-    EXPECT_EQ(channel.Rate, 0.0f);  // rates come with the evaluator
+    // Each runs at the lowest rate of the channels it names.
+    float lowest = 1.0f;
+    for (qsizetype p = bound[i].indexOf('$'); p >= 0; p = bound[i].indexOf('$', p + 1)) {
+      lowest = std::min(lowest, o.Channels[static_cast<std::size_t>(bound[i].mid(p + 1, 3).toInt())].Rate);
+    }
+    EXPECT_EQ(channel.Rate, lowest) << i;
   }
   EXPECT_EQ(o.Channels[static_cast<std::size_t>(o.LoggedCount + 3)].Name, "REAR_SLIP");
   // Formulas in the form the editor writes compile in full.
