@@ -74,6 +74,12 @@ struct Workspace {
   std::unique_ptr<QFile> FetchFile;
   int FetchScopeDepth = 0;
 
+  // Rows of the math evaluator, reused from one evaluation to the next, and the math channels
+  // being evaluated (folder, outing, lap, channel): a "Delta" that fetches the Datum can start
+  // another evaluation, which must never come back to one in progress.
+  std::vector<std::vector<float>> MathRows;
+  std::vector<std::array<int, 4>> MathInProgress;
+
   // Set when a filter of a channel changed, so the tree and the plots fetch anew.
   bool FiltersChanged = false;
 

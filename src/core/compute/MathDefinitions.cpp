@@ -93,6 +93,9 @@ void ProcessMathDefs(Workspace& ws) {
         break;
       }
     }
+    // A minus at the head, as the editor writes it ("- 5"), is an operator too: the evaluator
+    // makes it a negation. Without its blank it would be read as a number "-" and a stray word.
+    if (d.Expression.startsWith(QLatin1String("- "))) d.Expression.prepend(' ');
   }
 }
 

@@ -51,7 +51,8 @@ const std::vector<DemoChannel>& DemoChannelList() {
       {66, "", 3, 2, DemoScaling::Tenths, 1, 0, [](const Sim& s, int t) { return At(s.WheelSpeedKmh[2], t); }},
       {67, "", 3, 2, DemoScaling::Tenths, 1, 0, [](const Sim& s, int t) { return At(s.WheelSpeedKmh[3], t); }},
       {68, "", 3, 2, DemoScaling::Tenths, 1, 0, [](const Sim& s, int t) { return At(s.SpeedKmh, t); }},
-      {70, "", 3, 4, DemoScaling::Raw, 1, 0, [](const Sim& s, int t) { return At(s.DistanceM, t); }},
+      // Distance at 10 Hz, as loggers keep it: the time difference to the Datum counts on that.
+      {70, "", 6, 4, DemoScaling::Raw, 1, 0, [](const Sim& s, int t) { return At(s.DistanceM, t); }},
       {73, "", 8, 2, DemoScaling::Tenths, 1, 0, [](const Sim& s, int t) { return At(s.OilTempC, t); }},
       {75, "", 9, 2, DemoScaling::Tenths, 1, 0, [](const Sim&, int) { return 21.4; }},
       {81, "", 4, 2, DemoScaling::Hundredths, 1, 0, [](const Sim& s, int t) { return At(s.OilPressureBar, t); }},

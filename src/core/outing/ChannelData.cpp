@@ -1,6 +1,8 @@
 #include "core/outing/ChannelData.h"
 
 #include <QFile>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -8,6 +10,7 @@
 #include "core/app/Workspace.h"
 #include "core/compute/Calibration.h"
 #include "core/compute/Filters.h"
+#include "core/compute/MathEvaluator.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/DistanceTime.h"
 
@@ -76,6 +79,8 @@ void GetChannelData(Workspace& ws, int slot, int lap, int channel) {
     FetchLoggedChannel(ws, slot, lap, channel);
   } else if (channel < o.LoggedCount + 3) {
     FetchDerivedChannel(ws, slot, lap, channel);
+  } else {
+    FetchMathChannel(ws, slot, lap, channel);
   }
 }
 
@@ -152,6 +157,19 @@ void FetchDerivedChannel(Workspace& ws, int slot, int lap, int channel) {
     }
   }
   Store(ws, slot, lap, channel, std::move(v));
+}
+
+void FetchMathChannel(Workspace& ws, int slot, int lap, int channel) {
+  if (Cache(ws, slot, lap, channel).Loaded != 0) return;
+  // A "Delta" against the Datum fetches another lap, which may be a math channel itself: one
+  // that is already being evaluated further out gives nothing here, instead of going round.
+  const std::array<int, 4> key{ws.CurFolder, slot, lap, channel};
+  if (std::find(ws.MathInProgress.begin(), ws.MathInProgress.end(), key) != ws.MathInProgress.end()) return;
+  ws.MathInProgress.push_back(key);
+  std::vector<float> values = EvaluateMathChannel(ws, slot, lap, channel, FetchUpperBound(ws, slot, lap, channel));
+  ws.MathInProgress.pop_back();
+  // Loaded in any case: a formula that fails isn't evaluated again, and reads as zeros.
+  Store(ws, slot, lap, channel, std::move(values));
 }
 
 void ClearChannelCache(Workspace& ws, int slot, int channel) {

@@ -10,11 +10,12 @@ struct Workspace;
 inline constexpr int kFetchMarginMs = 5000;  // a lap is fetched this much past its end
 
 // Fills ws…Laps[lap].LapChannels[channel] of outing `slot` in the folder in view. A channel
-// index outside 0..LastChannel does nothing. Math channels come with the math evaluator.
+// index outside 0..LastChannel does nothing.
 void GetChannelData(Workspace& ws, int slot, int lap, int channel);
 
 void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel);
 void FetchDerivedChannel(Workspace& ws, int slot, int lap, int channel);
+void FetchMathChannel(Workspace& ws, int slot, int lap, int channel);
 
 // The upper index of the samples a fetch of this channel and lap makes.
 int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel);

@@ -1,0 +1,347 @@
+#include "core/compute/MathEvaluator.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <numeric>
+
+#include "../TestOutings.h"
+#include "core/app/Numbers.h"
+#include "core/compute/MathChannels.h"
+#include "core/compute/MathCompiler.h"
+#include "core/compute/MathOperators.h"
+#include "core/outing/ChannelData.h"
+#include "core/track/Laps.h"
+
+namespace {
+
+using namespace test_outings;
+
+// ---- The operators over rows ----
+
+struct RowCase {
+  const char* word;
+  std::vector<float> a, b, expected;
+};
+
+std::vector<float> Apply(const RowCase& c) {
+  std::vector<float> a = c.a;
+  const MathOp op = MathOpFromWord(QString::fromLatin1(c.word));
+  if (IsBinaryOp(op)) {
+    BinaryRow(op, a.data(), c.b.data(), static_cast<int64_t>(a.size()));
+  } else {
+    FunctionRow(op, a.data(), static_cast<int64_t>(a.size()));
+  }
+  return a;
+}
+
+TEST(MathOperators, EachWordOverARow) {
+  const float big = 3e38f;
+  const RowCase cases[] = {
+      {"+", {1, 2, big}, {3, -2, big}, {4, 0, 0}},  // an overflow sets the sample to 0
+      {"-", {1, 2}, {3, -2}, {-2, 4}},
+      {"*", {1.5f, -2, big}, {2, 3, 10}, {3, -6, 0}},
+      {"/", {1, 6, 5}, {0, 3, 0}, {0, 2, 0}},  // 0 where the divisor is 0
+      {"^", {2, 10, 4}, {10, 100, 0.5f}, {1024, 0, 2}},  // 1e100 doesn't fit a float: 0
+      {"^", {2, -8, 3}, {2, 0.5f, 2}, {4, -8, 3}},  // no real root: the operator ends there
+      {">", {1, 2, 3}, {2, 2, 2}, {0, 0, 1}},
+      {">=", {1, 2, 3}, {2, 2, 2}, {0, 1, 1}},
+      {"<", {1, 2, 3}, {2, 2, 2}, {1, 0, 0}},
+      {"<=", {1, 2, 3}, {2, 2, 2}, {1, 1, 0}},
+      {"=", {1, 2}, {2, 2}, {0, 1}},
+      {"!=", {1, 2}, {2, 2}, {1, 0}},
+      {"&", {12, 2.5f, 3.5f, 3e9f}, {10, 3, 7, 1}, {8, 2, 4, 0}},  // halves to even; too big: 0
+      {"|", {12, 1}, {3, 2}, {15, 3}},
+      {"#", {12, 5}, {10, 5}, {6, 0}},
+      {"%", {7, -7, 7, 9}, {3, 3, 0, 4}, {1, -1, 7, 9}},  // by 0 the operator ends
+      {"ABS", {-2, 3}, {}, {2, 3}},
+      {"Ln", {0, -1, 1}, {}, {0, 0, 0}},
+      {"Log", {100, 0}, {}, {2, 0}},
+      {"Sqrt", {-1, 0, 9}, {}, {0, 0, 3}},
+      {"Exp", {0}, {}, {1}},
+      {"Sin", {0}, {}, {0}},
+      {"Cos", {0}, {}, {1}},
+      {"ATan", {1}, {}, {static_cast<float>(M_PI / 4)}},
+      {"ACos", {0, 1, -0.5f}, {}, {static_cast<float>(M_PI / 2), 0, static_cast<float>(-M_PI / 3)}},
+      {"ACos", {0.5f, 2, 0.5f}, {}, {static_cast<float>(M_PI / 3), 2, 0.5f}},  // no root of -3: ends
+      {"ASin", {1, 0.5f}, {}, {static_cast<float>(M_PI / 2), static_cast<float>(M_PI / 6)}},
+      {"Min", {3, 1, 2, 0}, {}, {3, 1, 1, 0}},
+      {"Max", {3, 1, 4, 2}, {}, {3, 3, 4, 4}},
+      {"Avg", {1, 2, 6}, {}, {3, 3, 3}},
+      {"Gate_Avg", {0, 2, 0, 4}, {}, {3, 3, 3, 3}},
+      {"Gate_Avg", {0, 0}, {}, {0, 0}},
+      {"Not", {0, 5, 3e9f}, {}, {-1, -6, 0}},
+      {"Ceil", {1, 5, 2}, {}, {5, 5, 5}},
+      {"Floor", {1, -5, 2}, {}, {-5, -5, -5}},
+      {"Start", {4, 5, 6}, {}, {4, 4, 4}},
+      {"End", {4, 5, 6}, {}, {6, 6, 6}},
+      {"abs", {-1}, {}, {0}},  // words are compared as the table spells them
+      {"Bogus", {4, 5}, {}, {0, 0}},
+  };
+  for (const RowCase& c : cases) {
+    const std::vector<float> got = Apply(c);
+    ASSERT_EQ(got.size(), c.expected.size()) << c.word;
+    for (std::size_t j = 0; j < got.size(); ++j) EXPECT_NEAR(got[j], c.expected[j], 1e-6f * std::max(1.0f, std::fabs(c.expected[j]))) << c.word << " at " << j;
+  }
+}
+
+TEST(MathOperators, DerivAndIntegKeepTheirTail) {
+  // At 100 Hz (0.1 samples per ms): the three-sample step times 333.0 times the rate.
+  std::vector<float> a = {0, 1, 2, 3, 4, 5, 6};
+  DerivRow(a.data(), 7, 0.1f);
+  for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(a[static_cast<std::size_t>(i)], 3 * 333.0f * 0.1f);
+  EXPECT_EQ(a[4], 4);
+  EXPECT_EQ(a[6], 6);
+
+  std::vector<float> c(7, 2.0f);
+  float accumulator = 99;
+  IntegRow(c.data(), 7, 0.1f, accumulator);
+  for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(c[static_cast<std::size_t>(i)], 0.02f * static_cast<float>(i + 1));
+  EXPECT_EQ(c[4], 2);
+  EXPECT_FLOAT_EQ(accumulator, 0.08f);
+}
+
+// ---- Rates ----
+
+TEST(MathRates, LowestRateOfTheOperandsInTwoPasses) {
+  struct Case {
+    std::vector<QString> bound;
+    std::vector<float> expected;
+  };
+  // Channels 0..2 are logged at 100 Hz, 10 Hz and not at all; 3..5 are derived; math from 6.
+  const Case cases[] = {
+      {{"$000 + $001"}, {0.01f}},
+      {{"3 + 4"}, {0.001f}},
+      {{"$000 * $002"}, {0}},  // an operand without samples
+      {{"$000", "@006 + $001"}, {0.1f, 0.1f}},  // "@" alone decides the second pass
+      {{"@007", "$000"}, {0.1f, 0.1f}},  // a later one naming logged channels is rated in the first pass
+      {{"$999"}, {0}},
+  };
+  for (const Case& c : cases) {
+    BareWorkspace b;
+    OutingRec& o = b.Outing();
+    o.LoggedCount = 3;
+    o.Channels.resize(6 + c.bound.size() + 1);
+    o.Channels[0].Rate = 0.1f;
+    o.Channels[1].Rate = 0.01f;
+    b.ws.MathDefs.assign(kMathDefRows, MathDefRec{});
+    b.ws.MathCount = static_cast<int>(c.bound.size());
+    for (std::size_t i = 0; i < c.bound.size(); ++i) b.ws.MathDefs[i].BoundText = c.bound[i];
+    CalcMathRates(b.ws, 0);
+    for (std::size_t i = 0; i < c.expected.size(); ++i) EXPECT_EQ(o.Channels[6 + i].Rate, c.expected[i]) << c.bound[i].toStdString();
+  }
+}
+
+// ---- Formulas over demo outings ----
+
+// Two demo outings of Silverstone, two timed laps each, in slots 0 and 1.
+class MathOverDemo : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    home_ = new TestHome;
+    ASSERT_TRUE(home_->started);
+    for (const char* file : {"SILV0101.DAT", "SILV0102.DAT"}) {
+      const DemoOuting d = MakeDemoOuting(QString::fromLatin1(file), home_->Path(QString()), 2);
+      ASSERT_TRUE(home_->Load(file[7] == '1' ? 0 : 1, d.path)) << file;
+    }
+  }
+  static void TearDownTestSuite() { delete home_; }
+  void SetUp() override {
+    FolderRec& f = ws().FolderTable[0];
+    f.DatumOuting = -1;
+    f.DatumLap = 0;
+    ws().CurFolder = 0;
+  }
+
+  static Workspace& ws() { return home_->ws(); }
+  static OutingRec& Outing(int slot = 0) { return home_->Outing(slot); }
+
+  // Makes `lines` the definitions ("Name[001] = expression") and recompiles the loaded outings.
+  static void Define(const std::vector<QString>& lines) {
+    ws().MathDefs.assign(kMathDefRows, MathDefRec{});
+    ws().MathCount = static_cast<int>(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) ws().MathDefs[i].Line = lines[i];
+    ProcessMathDefs(ws());
+    RecompileLoadedOutings(ws());
+  }
+
+  static int Index(const char* name, int slot = 0) {
+    const OutingRec& o = Outing(slot);
+    for (int c = 0; c < static_cast<int>(o.Channels.size()); ++c) {
+      if (o.Channels[static_cast<std::size_t>(c)].Name == QLatin1String(name)) return c;
+    }
+    ADD_FAILURE() << name << " is not in the outing";
+    return 0;
+  }
+  static int Math(int i, int slot = 0) { return Outing(slot).LoggedCount + 3 + i; }
+
+  static const std::vector<float>& Fetch(int channel, int lap = 1, int slot = 0) {
+    GetChannelData(ws(), slot, lap, channel);
+    return Outing(slot).Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)].Samples;
+  }
+  static float Rate(int channel, int slot = 0) { return Outing(slot).Channels[static_cast<std::size_t>(channel)].Rate; }
+
+  static TestHome* home_;
+};
+TestHome* MathOverDemo::home_ = nullptr;
+
+TEST_F(MathOverDemo, FormulasAgreeWithTheSameQuantityByHand) {
+  Define({"Rear_Slip[001] = (WHEEL SPEED RL + WHEEL SPEED RR) * 100 / (WHEEL SPEED FL + WHEEL SPEED FR) - 100",
+          "Speed_Diff[002] = WHEEL SPEED RL - WHEEL SPEED FL",
+          "Brake_Load[003] = BRAKE PRESSURE * THROTTLE / 100"});
+  const std::vector<float>& rl = Fetch(Index("WHEEL SPEED RL"));
+  const std::vector<float>& rr = Fetch(Index("WHEEL SPEED RR"));
+  const std::vector<float>& fl = Fetch(Index("WHEEL SPEED FL"));
+  const std::vector<float>& fr = Fetch(Index("WHEEL SPEED FR"));
+  const std::vector<float>& slip = Fetch(Math(0));
+  const std::vector<float>& diff = Fetch(Math(1));
+  ASSERT_EQ(Rate(Math(0)), Rate(Index("WHEEL SPEED RL")));
+  ASSERT_EQ(slip.size(), rl.size());
+  for (std::size_t j = 0; j + 1 < slip.size(); ++j) {
+    // "*" binds tighter than "/": (sum x 100) / sum, in 32-bit floats.
+    const float front = fl[j] + fr[j];
+    const float expected = front == 0 ? -100.0f : (rl[j] + rr[j]) * 100.0f / front - 100.0f;
+    ASSERT_EQ(slip[j], expected) << j;
+    ASSERT_EQ(diff[j], rl[j] - fl[j]) << j;
+  }
+  EXPECT_EQ(slip.back(), 0.0f);  // column N is never an operand's
+
+  // Brake pressure at 1 kHz, throttle at 50 Hz: the channel runs at 50 Hz and takes every
+  // twentieth brake sample.
+  const int brake = Index("BRAKE PRESSURE"), throttle = Index("THROTTLE");
+  ASSERT_EQ(Rate(Math(2)), Rate(throttle));
+  const std::vector<float>& b = Fetch(brake);
+  const std::vector<float>& t = Fetch(throttle);
+  const std::vector<float>& load = Fetch(Math(2));
+  ASSERT_EQ(load.size(), t.size());
+  const float ratio = Rate(brake) / Rate(throttle);
+  for (std::size_t j = 0; j + 1 < load.size(); ++j) {
+    const float brake_j = b[static_cast<std::size_t>(RoundHalfEven(static_cast<double>(j) * ratio))];
+    ASSERT_EQ(load[j], brake_j * t[j] / 100.0f) << j;
+  }
+}
+
+TEST_F(MathOverDemo, NumbersAndFlatFunctions) {
+  Define({"Seven[001] = 3 + 4", "Minus[002] = - 5", "Mean[003] =  Avg SYSTEM SPEED",
+          "Top[004] =  Max SYSTEM SPEED", "Peak[005] =  Ceil SYSTEM SPEED"});
+  EXPECT_EQ(Rate(Math(0)), 0.001f);  // no channel named: 1 Hz
+  const std::vector<float>& seven = Fetch(Math(0));
+  ASSERT_GT(seven.size(), 90u);  // a lap of about 100 s and the 5 s margin
+  EXPECT_EQ(seven.size(), static_cast<std::size_t>(FetchUpperBound(ws(), 0, 1, Math(0)) + 1));
+  for (std::size_t j = 0; j + 1 < seven.size(); ++j) ASSERT_EQ(seven[j], 7.0f);
+  for (std::size_t j = 0; j + 1 < seven.size(); ++j) ASSERT_EQ(Fetch(Math(1))[j], -5.0f);
+
+  const std::vector<float>& speed = Fetch(Index("SYSTEM SPEED"));
+  const std::size_t n = speed.size() - 1;
+  const double mean = std::accumulate(speed.begin(), speed.begin() + static_cast<std::ptrdiff_t>(n), 0.0) / static_cast<double>(n);
+  const float peak = *std::max_element(speed.begin(), speed.begin() + static_cast<std::ptrdiff_t>(n));
+  const std::vector<float>& avg = Fetch(Math(2));
+  const std::vector<float>& top = Fetch(Math(3));
+  const std::vector<float>& ceil = Fetch(Math(4));
+  for (std::size_t j = 0; j < n; ++j) {
+    ASSERT_FLOAT_EQ(avg[j], static_cast<float>(mean));
+    ASSERT_EQ(ceil[j], peak);
+    if (j > 0) ASSERT_GE(top[j], top[j - 1]);
+    ASSERT_GE(top[j], speed[j]);
+  }
+  EXPECT_EQ(top[n - 1], peak);
+}
+
+// The demo logs distance in metres at 10 Hz and speed in km/h: the derivative of distance is
+// the speed, the integral of the speed the distance driven.
+TEST_F(MathOverDemo, DerivAndIntegAgreeWithSpeedAndDistance) {
+  Define({"Speed_Ms[001] =  Deriv DISTANCE", "Driven[002] =  Integ (SYSTEM SPEED / 3.6)"});
+  const std::vector<float>& distance = Fetch(Index("DISTANCE"));
+  const std::vector<float>& speed = Fetch(Index("SYSTEM SPEED"));
+  const std::vector<float>& deriv = Fetch(Math(0));
+  const std::vector<float>& driven = Fetch(Math(1));
+  ASSERT_EQ(Rate(Math(0)), 0.01f);  // distance at 10 Hz
+  ASSERT_EQ(Rate(Math(1)), Rate(Index("SYSTEM SPEED")));
+  const float ratio = Rate(Index("SYSTEM SPEED")) / Rate(Index("DISTANCE"));
+  const int lap_samples = LapTimeMs(Outing(), 1) / 100;
+  for (int j = 10; j < lap_samples - 10; ++j) {
+    // Three samples ahead: the speed in the middle of the step. Distance is logged in whole
+    // metres, one of which over the 0.3 s step is 3.3 m/s.
+    const float mid = speed[static_cast<std::size_t>(RoundHalfEven((j + 1.5) * ratio))] / 3.6f;
+    ASSERT_NEAR(deriv[static_cast<std::size_t>(j)], mid, 0.01 * mid + 3.4) << j;
+  }
+  const int end = RoundHalfEven(lap_samples * static_cast<double>(ratio));
+  const float lap_distance = distance[static_cast<std::size_t>(lap_samples)] - distance[0];
+  EXPECT_NEAR(driven[static_cast<std::size_t>(end)], lap_distance, 0.002 * lap_distance);
+}
+
+TEST_F(MathOverDemo, DeltaAgainstTheDatumLap) {
+  Define({"Speed_Delta[001] =  Delta SYSTEM SPEED", "Time_Delta[002] =  Delta TIME"});
+  // No Datum: all 0.
+  for (float v : Fetch(Math(0))) ASSERT_EQ(v, 0.0f);
+  for (float v : Fetch(Math(1))) ASSERT_EQ(v, 0.0f);
+
+  // Datum: lap 1 of the second outing. Same channel, same rate: a plain difference.
+  FolderRec& folder = ws().FolderTable[0];
+  folder.DatumOuting = 1;
+  folder.DatumLap = 1;
+  ResetDeltaMathChannels(ws());
+  const int speed = Index("SYSTEM SPEED");
+  const std::vector<float>& mine = Fetch(speed);
+  const std::vector<float>& datum = Fetch(Index("SYSTEM SPEED", 1), 1, 1);
+  const std::vector<float>& delta = Fetch(Math(0));
+  for (std::size_t j = 0; j + 1 < delta.size() && j < datum.size(); ++j) ASSERT_EQ(delta[j], mine[j] - datum[j]) << j;
+
+  // Time: seconds behind the Datum at the same distance, smoothed. At the line the difference
+  // is the difference of the lap times.
+  const std::vector<float>& behind = Fetch(Math(1));
+  EXPECT_EQ(Outing().Channels[static_cast<std::size_t>(Math(1))].FilterKind, 1);
+  const int lap_ms = LapTimeMs(Outing(), 1), datum_ms = LapTimeMs(Outing(1), 1);
+  ASSERT_NE(lap_ms, datum_ms);
+  const float rate = Rate(Math(1));
+  const std::size_t at_line = static_cast<std::size_t>(RoundHalfEven(lap_ms * static_cast<double>(rate))) - 3;
+  EXPECT_NEAR(behind[at_line], (lap_ms - datum_ms) / 1000.0, 0.15);
+  EXPECT_NEAR(behind[20], 0.0, 0.15);  // both laps start on the line
+
+  // The Datum against itself is never behind.
+  folder.DatumOuting = 0;
+  ResetDeltaMathChannels(ws());
+  EXPECT_TRUE(Outing().Laps[1].LapChannels[static_cast<std::size_t>(Math(1))].Samples.empty());
+  const std::vector<float>& self = Fetch(Math(1));
+  for (std::size_t j = 5; j + 5 < static_cast<std::size_t>(lap_ms / 100); ++j) ASSERT_NEAR(self[j], 0.0, 0.05) << j;
+}
+
+// A chain M1 = speed, Mk = M(k-1) + 1: nine levels evaluate; the tenth finds zeros at the
+// ninth level's reference, comes up one operand short and reads as zeros.
+TEST_F(MathOverDemo, NineLevelsNestAndTheTenthFails) {
+  std::vector<QString> lines{"M1[001] = SYSTEM SPEED"};
+  for (int k = 2; k <= 10; ++k) lines.push_back(QStringLiteral("M%1[%2] = M%3 + 1").arg(k).arg(k, 3, 10, QLatin1Char('0')).arg(k - 1));
+  lines.push_back("Self[011] = SELF + 1");  // names are held in upper case
+  lines.push_back("Short[012] = ( + 1)");
+  Define(lines);
+  const std::vector<float>& speed = Fetch(Index("SYSTEM SPEED"));
+  const std::vector<float>& m9 = Fetch(Math(8));
+  ASSERT_EQ(m9.size(), speed.size());
+  for (std::size_t j = 0; j + 1 < m9.size(); ++j) ASSERT_EQ(m9[j], speed[j] + 1 + 1 + 1 + 1 + 1 + 1 + 1 + 1) << j;
+  for (int channel : {Math(9), Math(10), Math(11)}) {
+    const std::vector<float>& v = Fetch(channel);
+    EXPECT_EQ(Outing().Laps[1].LapChannels[static_cast<std::size_t>(channel)].Loaded, -1);
+    EXPECT_TRUE(std::all_of(v.begin(), v.end(), [](float x) { return x == 0; })) << channel;
+  }
+}
+
+// A math operand carries its own filter into the formula that names it.
+TEST_F(MathOverDemo, MathOperandIsFiltered) {
+  Define({"Smooth_Speed[001] = SYSTEM SPEED", "Copy[002] = SMOOTH_SPEED"});
+  ChannelRec& smooth = Outing().Channels[static_cast<std::size_t>(Math(0))];
+  smooth.FilterKind = 1;
+  smooth.SmoothWidth = 9;
+  const std::vector<float>& filtered = Fetch(Math(0));
+  const std::vector<float>& copy = Fetch(Math(1));
+  const std::vector<float>& raw = Fetch(Index("SYSTEM SPEED"));
+  ASSERT_EQ(copy.size(), filtered.size());
+  int differs = 0;
+  for (std::size_t j = 0; j + 1 < copy.size(); ++j) {
+    ASSERT_EQ(copy[j], filtered[j]) << j;
+    differs += filtered[j] != raw[j];
+  }
+  EXPECT_GT(differs, 100);
+}
+
+}  // namespace
