@@ -9,7 +9,9 @@
 
 #include "cli/CliWorkspace.h"
 #include "cli/Commands.h"
+#include "core/app/Workspace.h"
 #include "core/compute/Filters.h"
+#include "core/compute/MathCompiler.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/Laps.h"
 #include "core/app/Files.h"
@@ -148,7 +150,25 @@ ordered_json Calibration(const ChannelRec& c) {
 }
 
 // What the load of the outing made of it: laps, standard channels, channels with calibration.
-ordered_json DescribeOuting(const OutingRec& o) {
+// The math channels as this outing compiled them: the bound text shows which names it found.
+ordered_json DescribeMath(const Workspace& ws, const OutingRec& o) {
+  ordered_json math = ordered_json::array();
+  for (int i = 0; i < static_cast<int>(o.Postfix.size()) && i < ws.MathCount; ++i) {
+    const int index = o.LoggedCount + 3 + i;
+    const PostfixRec& rec = o.Postfix[static_cast<std::size_t>(i)];
+    const MathDefRec& def = ws.MathDefs[static_cast<std::size_t>(i)];
+    math.push_back({{"Index", index},
+                    {"Name", Shown(o.Channels[static_cast<std::size_t>(index)].Name)},
+                    {"Rate", o.Channels[static_cast<std::size_t>(index)].Rate},
+                    {"Expression", Shown(def.Expression)},
+                    {"BoundText", Shown(def.BoundText)},
+                    {"Compiled", rec.Count > 0},
+                    {"Tokens", rec.Count}});
+  }
+  return math;
+}
+
+ordered_json DescribeOuting(const Workspace& ws, const OutingRec& o) {
   ordered_json j;
   j["DateText"] = o.DateText.toStdString();
   j["LastLap"] = o.LastLap;
@@ -196,6 +216,7 @@ ordered_json DescribeOuting(const OutingRec& o) {
     channels.push_back(ch);
   }
   j["Channels"] = channels;
+  j["MathChannels"] = DescribeMath(ws, o);
   return j;
 }
 
@@ -233,6 +254,16 @@ void PrintOuting(const ordered_json& j) {
     }
     std::printf("%5d %5d  %-32s %-10s %8g  %s\n", c["Index"].get<int>(), c["Key"].get<int>(), c["Name"].get<std::string>().c_str(),
                 c["Units"].get<std::string>().c_str(), c["Rate"].get<double>() * 1000.0, cal.c_str());
+  }
+}
+
+void PrintMath(const ordered_json& j) {
+  if (j["MathChannels"].empty()) return;
+  std::printf("\n%5s  %-32s %8s  %-8s  %s\n", "Index", "Math channel", "Hz", "Compiled", "Bound text");
+  for (const auto& m : j["MathChannels"]) {
+    std::printf("%5d  %-32s %8g  %-8s  %s\n", m["Index"].get<int>(), m["Name"].get<std::string>().c_str(),
+                m["Rate"].get<double>() * 1000.0, m["Compiled"].get<bool>() ? "yes" : "no",
+                m["BoundText"].get<std::string>().c_str());
   }
 }
 
@@ -299,12 +330,15 @@ void AddInfoCommand(CLI::App& cli, CliContext& context) {
     // What a load makes of it, when the header can be loaded at all.
     StderrMessages messages;
     auto ws = j["Problems"].empty() ? StartCliWorkspace(context, messages) : nullptr;
-    if (ws && LoadCliOuting(*ws, path)) j["Outing"] = DescribeOuting(OutingAt(*ws, 0));
+    if (ws && LoadCliOuting(*ws, path)) j["Outing"] = DescribeOuting(*ws, OutingAt(*ws, 0));
     if (*json) {
       std::printf("%s\n", j.dump(2).c_str());
     } else {
       PrintText(j);
-      if (j.contains("Outing")) PrintOuting(j["Outing"]);
+      if (j.contains("Outing")) {
+        PrintOuting(j["Outing"]);
+        PrintMath(j["Outing"]);
+      }
     }
     if (!j["Problems"].empty()) context.exit_code = 2;
   });
