@@ -5,6 +5,7 @@
 #include "core/app/Numbers.h"
 #include "core/app/Workspace.h"
 #include "core/compute/Filters.h"
+#include "core/compute/MathBlocks.h"
 #include "core/compute/MathCompiler.h"
 #include "core/compute/MathOperators.h"
 #include "core/compute/OutingConstants.h"
@@ -160,6 +161,12 @@ float* MathStack::NextRow(int64_t n) {
 }
 
 std::vector<float> EvaluateMathChannel(Workspace& ws, int slot, int lap, int channel, int64_t n) {
+  std::vector<float> result;
+  if (EvaluateByBlocks(ws, slot, lap, channel, n, result)) return result;
+  return EvaluateByRows(ws, slot, lap, channel, n);
+}
+
+std::vector<float> EvaluateByRows(Workspace& ws, int slot, int lap, int channel, int64_t n) {
   std::vector<float> result(static_cast<std::size_t>(std::max<int64_t>(n, 0)) + 1, 0.0f);
   if (n < 0) return result;
   MathStack stack;
@@ -189,7 +196,8 @@ void ApplyMathOperator(Workspace& ws, MathStack& stack, int slot, int lap, const
   if (IsBinaryOp(op)) {
     --stack.Depth;
     float* a = stack.Row(stack.Depth - 1);
-    return BinaryRow(op, a, stack.Row(stack.Depth), n);
+    BinaryRow(op, a, stack.Row(stack.Depth), n);
+    return;
   }
   float* a = stack.Row(stack.Depth - 1);
   OutingRec& o = OutingAt(ws, slot);
@@ -209,7 +217,7 @@ void ApplyMathOperator(Workspace& ws, MathStack& stack, int slot, int lap, const
       }
       return;
     }
-    default: return FunctionRow(op, a, n);
+    default: FunctionRow(op, a, n);
   }
 }
 

@@ -35,7 +35,10 @@ struct MathBoundsFailure : std::runtime_error {
 
 // The samples of math channel `channel` of outing `slot` (current folder) for `lap`: n + 1
 // values, zero where the formula gives nothing. The channel's own filter isn't applied here.
+// Formulas that work sample by sample run over blocks of samples (MathBlocks.h), the others
+// operator by operator over whole rows, as EvaluateByRows does for any formula.
 std::vector<float> EvaluateMathChannel(Workspace& ws, int slot, int lap, int channel, int64_t n);
+std::vector<float> EvaluateByRows(Workspace& ws, int slot, int lap, int channel, int64_t n);
 
 // Level 1 of an evaluation: pushes the result of `channel`'s formula and returns its row,
 // -1 when the formula has no tokens. Throws MathBoundsFailure.

@@ -9,7 +9,9 @@ namespace {
 
 // A result that left the float range although its operands were in it is an overflow: 0.
 inline float Checked(float r, float x, float y) {
-  return std::fabs(r) > FLT_MAX && std::fabs(x) <= FLT_MAX && std::fabs(y) <= FLT_MAX ? 0.0f : r;
+  // Without short-circuits, so that the loops around it vectorise.
+  const bool overflow = (std::fabs(r) > FLT_MAX) & (std::fabs(x) <= FLT_MAX) & (std::fabs(y) <= FLT_MAX);
+  return overflow ? 0.0f : r;
 }
 
 // A sample as a 32-bit integer, halves to even; false when it doesn't fit (an overflow).
@@ -21,8 +23,9 @@ inline bool ToInt32(float x, int32_t& out) {
 }
 
 template <class F>
-void Pointwise(float* __restrict a, const float* __restrict b, int64_t n, F f) {
+bool Pointwise(float* __restrict a, const float* __restrict b, int64_t n, F f) {
   for (int64_t j = 0; j < n; ++j) a[j] = f(a[j], b[j]);
+  return true;
 }
 
 template <class F>
@@ -32,19 +35,21 @@ void Pointwise(float* a, int64_t n, F f) {
 
 // Operators on integers: each sample converted, an overflow giving 0.
 template <class F>
-void IntegerPointwise(float* a, const float* b, int64_t n, F f) {
+bool IntegerPointwise(float* a, const float* b, int64_t n, F f) {
   for (int64_t j = 0; j < n; ++j) {
     int32_t x = 0, y = 0;
     a[j] = ToInt32(a[j], x) && ToInt32(b[j], y) ? static_cast<float>(f(x, y)) : 0.0f;
   }
+  return true;
 }
 
 // Computes a[j] with `f`, which returns false for a fault that ends the operator.
 template <class F>
-void UntilFault(float* a, const float* b, int64_t n, F f) {
+bool UntilFault(float* a, const float* b, int64_t n, F f) {
   for (int64_t j = 0; j < n; ++j) {
-    if (!f(a[j], b ? b[j] : 0.0f)) return;
+    if (!f(a[j], b ? b[j] : 0.0f)) return false;
   }
+  return true;
 }
 
 bool PowerOf(float& a, float b) {
@@ -149,14 +154,19 @@ MathOp MathOpFromWord(const QString& word) {
 
 bool IsBinaryOp(MathOp op) { return op <= MathOp::NotEqual; }
 
-void BinaryRow(MathOp op, float* a, const float* b, int64_t n) {
+bool BinaryRow(MathOp op, float* a, const float* b, int64_t n) {
+  if (op == MathOp::Power) return UntilFault(a, b, n, PowerOf);
+  if (op == MathOp::Modulo) return UntilFault(a, b, n, ModuloOf);
   switch (op) {
     case MathOp::Add: return Pointwise(a, b, n, [](float x, float y) { return Checked(x + y, x, y); });
     case MathOp::Subtract: return Pointwise(a, b, n, [](float x, float y) { return Checked(x - y, x, y); });
     case MathOp::Multiply: return Pointwise(a, b, n, [](float x, float y) { return Checked(x * y, x, y); });
     case MathOp::Divide:
-      return Pointwise(a, b, n, [](float x, float y) { return y == 0 ? 0.0f : Checked(x / y, x, y); });
-    case MathOp::Power: return UntilFault(a, b, n, PowerOf);
+      // Divides by 1 where the divisor is 0, so the loop needs no branch and vectorises.
+      return Pointwise(a, b, n, [](float x, float y) {
+        const float q = Checked(x / (y + static_cast<float>(y == 0)), x, y);
+        return y == 0 ? 0.0f : q;
+      });
     case MathOp::Greater: return Pointwise(a, b, n, [](float x, float y) { return x > y ? 1.0f : 0.0f; });
     case MathOp::GreaterEqual: return Pointwise(a, b, n, [](float x, float y) { return x >= y ? 1.0f : 0.0f; });
     case MathOp::Less: return Pointwise(a, b, n, [](float x, float y) { return x < y ? 1.0f : 0.0f; });
@@ -166,18 +176,36 @@ void BinaryRow(MathOp op, float* a, const float* b, int64_t n) {
     case MathOp::And: return IntegerPointwise(a, b, n, [](int32_t x, int32_t y) { return x & y; });
     case MathOp::Or: return IntegerPointwise(a, b, n, [](int32_t x, int32_t y) { return x | y; });
     case MathOp::Xor: return IntegerPointwise(a, b, n, [](int32_t x, int32_t y) { return x ^ y; });
-    case MathOp::Modulo: return UntilFault(a, b, n, ModuloOf);
-    default: return;
+    default: return true;
   }
+  return true;
 }
 
 void NegateRow(float* a, int64_t n) { Pointwise(a, n, [](float x) { return -x; }); }
 
-void FunctionRow(MathOp op, float* a, int64_t n) {
+static void FunctionRowWithoutFaults(MathOp op, float* a, int64_t n);
+
+bool FunctionRow(MathOp op, float* a, int64_t n) {
+  if (op == MathOp::ACos) return UntilFault(a, nullptr, n, ArcCosine);
+  if (op == MathOp::ASin) return UntilFault(a, nullptr, n, ArcSine);
+  FunctionRowWithoutFaults(op, a, n);
+  return true;
+}
+
+bool IsPointwiseOp(MathOp op) {
+  switch (op) {
+    case MathOp::Deriv: case MathOp::Delta: case MathOp::Integ: case MathOp::Min: case MathOp::Max:
+    case MathOp::Avg: case MathOp::GateAvg: case MathOp::Ceil: case MathOp::Floor: case MathOp::Start:
+    case MathOp::End:
+      return false;
+    default:
+      return true;
+  }
+}
+
+static void FunctionRowWithoutFaults(MathOp op, float* a, int64_t n) {
   switch (op) {
     case MathOp::Abs: return Pointwise(a, n, [](float x) { return std::fabs(x); });
-    case MathOp::ACos: return UntilFault(a, nullptr, n, ArcCosine);
-    case MathOp::ASin: return UntilFault(a, nullptr, n, ArcSine);
     case MathOp::ATan: case MathOp::Cos: case MathOp::Sin: case MathOp::Tan:
     case MathOp::Exp: case MathOp::Ln: case MathOp::Log: case MathOp::Sqrt:
       return Pointwise(a, n, [op](float x) { return Transcendental(op, x); });

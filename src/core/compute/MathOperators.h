@@ -27,14 +27,18 @@ MathOp MathOpFromWord(const QString& word);
 // True for the words that take two rows ("-" takes one when it stands alone).
 bool IsBinaryOp(MathOp op);
 
-// a[j] = a[j] op b[j] for j = 0..n-1.
-void BinaryRow(MathOp op, float* a, const float* b, int64_t n);
+// a[j] = a[j] op b[j] for j = 0..n-1. False when a fault ended the operator early.
+bool BinaryRow(MathOp op, float* a, const float* b, int64_t n);
 
 // The unary minus.
 void NegateRow(float* a, int64_t n);
 
-// A function in place on a[0..n-1]; not Deriv, Integ and Delta, which need the outing.
-void FunctionRow(MathOp op, float* a, int64_t n);
+// A function in place on a[0..n-1]; not Deriv, Integ and Delta, which need the outing. False
+// when a fault ended it early.
+bool FunctionRow(MathOp op, float* a, int64_t n);
+
+// True for the words whose sample j depends on sample j of their operands alone.
+bool IsPointwiseOp(MathOp op);
 
 // "Deriv" and "Integ" at `rate` samples per ms; `accumulator` is the running sum of "Integ".
 void DerivRow(float* a, int64_t n, float rate);
