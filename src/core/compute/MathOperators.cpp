@@ -10,7 +10,8 @@ namespace {
 // A result that left the float range although its operands were in it is an overflow: 0.
 inline float Checked(float r, float x, float y) {
   // Without short-circuits, so that the loops around it vectorise.
-  const bool overflow = (std::fabs(r) > FLT_MAX) & (std::fabs(x) <= FLT_MAX) & (std::fabs(y) <= FLT_MAX);
+  const int overflow = static_cast<int>(std::fabs(r) > FLT_MAX) & static_cast<int>(std::fabs(x) <= FLT_MAX) &
+                       static_cast<int>(std::fabs(y) <= FLT_MAX);
   return overflow ? 0.0f : r;
 }
 
