@@ -122,7 +122,9 @@ void RunBlock(std::vector<Step>& steps, std::vector<Slot>& slots, int64_t j0, in
       --depth;
       if (s.stopped) continue;  // ended by a fault: the rest of the row keeps the left operand
       Slot& a = slots[static_cast<std::size_t>(depth - 1)];
-      s.stopped = !BinaryRow(s.op, Writable(a, len), slots[static_cast<std::size_t>(depth)].p, len);
+      float* out = a.buffer.data();  // a view is read in place, not copied first
+      s.stopped = !BinaryRow(s.op, out, a.p, slots[static_cast<std::size_t>(depth)].p, len);
+      a.p = out;
     } else if (!s.stopped) {
       s.stopped = !FunctionRow(s.op, Writable(slots[static_cast<std::size_t>(depth - 1)], len), len);
     }

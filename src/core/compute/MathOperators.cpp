@@ -1,6 +1,7 @@
 #include "core/compute/MathOperators.h"
 
 #include <cfloat>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -23,9 +24,10 @@ inline bool ToInt32(float x, int32_t& out) {
   return true;
 }
 
+// out may be a itself; b is never out.
 template <class F>
-bool Pointwise(float* __restrict a, const float* __restrict b, int64_t n, F f) {
-  for (int64_t j = 0; j < n; ++j) a[j] = f(a[j], b[j]);
+bool Pointwise(float* out, const float* a, const float* b, int64_t n, F f) {
+  for (int64_t j = 0; j < n; ++j) out[j] = f(a[j], b[j]);
   return true;
 }
 
@@ -36,19 +38,24 @@ void Pointwise(float* a, int64_t n, F f) {
 
 // Operators on integers: each sample converted, an overflow giving 0.
 template <class F>
-bool IntegerPointwise(float* a, const float* b, int64_t n, F f) {
+bool IntegerPointwise(float* out, const float* a, const float* b, int64_t n, F f) {
   for (int64_t j = 0; j < n; ++j) {
     int32_t x = 0, y = 0;
-    a[j] = ToInt32(a[j], x) && ToInt32(b[j], y) ? static_cast<float>(f(x, y)) : 0.0f;
+    out[j] = ToInt32(a[j], x) && ToInt32(b[j], y) ? static_cast<float>(f(x, y)) : 0.0f;
   }
   return true;
 }
 
-// Computes a[j] with `f`, which returns false for a fault that ends the operator.
+// Computes out[j] from a[j] with `f`, which returns false, leaving the sample as it was, for a
+// fault that ends the operator: the samples from there on keep a's values.
 template <class F>
-bool UntilFault(float* a, const float* b, int64_t n, F f) {
+bool UntilFault(float* out, const float* a, const float* b, int64_t n, F f) {
   for (int64_t j = 0; j < n; ++j) {
-    if (!f(a[j], b ? b[j] : 0.0f)) return false;
+    out[j] = a[j];
+    if (!f(out[j], b ? b[j] : 0.0f)) {
+      if (out != a) std::copy(a + j + 1, a + n, out + j + 1);
+      return false;
+    }
   }
   return true;
 }
@@ -155,28 +162,30 @@ MathOp MathOpFromWord(const QString& word) {
 
 bool IsBinaryOp(MathOp op) { return op <= MathOp::NotEqual; }
 
-bool BinaryRow(MathOp op, float* a, const float* b, int64_t n) {
-  if (op == MathOp::Power) return UntilFault(a, b, n, PowerOf);
-  if (op == MathOp::Modulo) return UntilFault(a, b, n, ModuloOf);
+bool BinaryRow(MathOp op, float* a, const float* b, int64_t n) { return BinaryRow(op, a, a, b, n); }
+
+bool BinaryRow(MathOp op, float* out, const float* a, const float* b, int64_t n) {
+  if (op == MathOp::Power) return UntilFault(out, a, b, n, PowerOf);
+  if (op == MathOp::Modulo) return UntilFault(out, a, b, n, ModuloOf);
   switch (op) {
-    case MathOp::Add: return Pointwise(a, b, n, [](float x, float y) { return Checked(x + y, x, y); });
-    case MathOp::Subtract: return Pointwise(a, b, n, [](float x, float y) { return Checked(x - y, x, y); });
-    case MathOp::Multiply: return Pointwise(a, b, n, [](float x, float y) { return Checked(x * y, x, y); });
+    case MathOp::Add: return Pointwise(out, a, b, n, [](float x, float y) { return Checked(x + y, x, y); });
+    case MathOp::Subtract: return Pointwise(out, a, b, n, [](float x, float y) { return Checked(x - y, x, y); });
+    case MathOp::Multiply: return Pointwise(out, a, b, n, [](float x, float y) { return Checked(x * y, x, y); });
     case MathOp::Divide:
       // Divides by 1 where the divisor is 0, so the loop needs no branch and vectorises.
-      return Pointwise(a, b, n, [](float x, float y) {
+      return Pointwise(out, a, b, n, [](float x, float y) {
         const float q = Checked(x / (y + static_cast<float>(y == 0)), x, y);
         return y == 0 ? 0.0f : q;
       });
-    case MathOp::Greater: return Pointwise(a, b, n, [](float x, float y) { return x > y ? 1.0f : 0.0f; });
-    case MathOp::GreaterEqual: return Pointwise(a, b, n, [](float x, float y) { return x >= y ? 1.0f : 0.0f; });
-    case MathOp::Less: return Pointwise(a, b, n, [](float x, float y) { return x < y ? 1.0f : 0.0f; });
-    case MathOp::LessEqual: return Pointwise(a, b, n, [](float x, float y) { return x <= y ? 1.0f : 0.0f; });
-    case MathOp::Equal: return Pointwise(a, b, n, [](float x, float y) { return x == y ? 1.0f : 0.0f; });
-    case MathOp::NotEqual: return Pointwise(a, b, n, [](float x, float y) { return x != y ? 1.0f : 0.0f; });
-    case MathOp::And: return IntegerPointwise(a, b, n, [](int32_t x, int32_t y) { return x & y; });
-    case MathOp::Or: return IntegerPointwise(a, b, n, [](int32_t x, int32_t y) { return x | y; });
-    case MathOp::Xor: return IntegerPointwise(a, b, n, [](int32_t x, int32_t y) { return x ^ y; });
+    case MathOp::Greater: return Pointwise(out, a, b, n, [](float x, float y) { return x > y ? 1.0f : 0.0f; });
+    case MathOp::GreaterEqual: return Pointwise(out, a, b, n, [](float x, float y) { return x >= y ? 1.0f : 0.0f; });
+    case MathOp::Less: return Pointwise(out, a, b, n, [](float x, float y) { return x < y ? 1.0f : 0.0f; });
+    case MathOp::LessEqual: return Pointwise(out, a, b, n, [](float x, float y) { return x <= y ? 1.0f : 0.0f; });
+    case MathOp::Equal: return Pointwise(out, a, b, n, [](float x, float y) { return x == y ? 1.0f : 0.0f; });
+    case MathOp::NotEqual: return Pointwise(out, a, b, n, [](float x, float y) { return x != y ? 1.0f : 0.0f; });
+    case MathOp::And: return IntegerPointwise(out, a, b, n, [](int32_t x, int32_t y) { return x & y; });
+    case MathOp::Or: return IntegerPointwise(out, a, b, n, [](int32_t x, int32_t y) { return x | y; });
+    case MathOp::Xor: return IntegerPointwise(out, a, b, n, [](int32_t x, int32_t y) { return x ^ y; });
     default: return true;
   }
   return true;
@@ -187,8 +196,8 @@ void NegateRow(float* a, int64_t n) { Pointwise(a, n, [](float x) { return -x; }
 static void FunctionRowWithoutFaults(MathOp op, float* a, int64_t n);
 
 bool FunctionRow(MathOp op, float* a, int64_t n) {
-  if (op == MathOp::ACos) return UntilFault(a, nullptr, n, ArcCosine);
-  if (op == MathOp::ASin) return UntilFault(a, nullptr, n, ArcSine);
+  if (op == MathOp::ACos) return UntilFault(a, a, nullptr, n, ArcCosine);
+  if (op == MathOp::ASin) return UntilFault(a, a, nullptr, n, ArcSine);
   FunctionRowWithoutFaults(op, a, n);
   return true;
 }

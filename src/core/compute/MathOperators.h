@@ -29,6 +29,8 @@ bool IsBinaryOp(MathOp op);
 
 // a[j] = a[j] op b[j] for j = 0..n-1. False when a fault ended the operator early.
 bool BinaryRow(MathOp op, float* a, const float* b, int64_t n);
+// The same into out[j], which may be a itself but never b.
+bool BinaryRow(MathOp op, float* out, const float* a, const float* b, int64_t n);
 
 // The unary minus.
 void NegateRow(float* a, int64_t n);
