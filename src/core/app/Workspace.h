@@ -17,6 +17,7 @@
 #include "core/compute/MathDefinitions.h"
 #include "core/outing/ChannelDescriptors.h"
 #include "core/outing/OutingHeader.h"
+#include "core/plots/PlotState.h"
 #include "core/reports/ReportFile.h"
 #include "core/workspace/FolderTable.h"
 
@@ -79,6 +80,9 @@ struct Workspace {
   // another evaluation, which must never come back to one in progress.
   std::vector<std::vector<float>> MathRows;
   std::vector<std::array<int, 4>> MathInProgress;
+
+  // State the plot windows share
+  PlotState Plots;
 
   // Set when a filter of a channel changed, so the tree and the plots fetch anew.
   bool FiltersChanged = false;
