@@ -19,6 +19,8 @@ void InitFolder(FolderRec& folder) {
   folder.Changed = 0;
   folder.TimeStart = folder.TimeEnd = 0;
   folder.DistanceStart = folder.DistanceEnd = 0;
+  folder.CursorTime = folder.CursorDistance = folder.CursorValue = 0;
+  folder.TimeZoomDepth = folder.DistanceZoomDepth = 0;
 }
 
 bool AnyOutingLoaded(const Workspace& ws, int folder) {

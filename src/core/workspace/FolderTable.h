@@ -33,6 +33,16 @@ struct FolderRec {
   int32_t TimeEnd = 0;
   float DistanceStart = 0;
   float DistanceEnd = 0;
+  // The cursor and the channel of the current axis.
+  int16_t ActiveChannel = 0;
+  float CursorTime = 0;      // ms
+  float CursorDistance = 0;
+  float CursorValue = 0;     // the active channel's value at the cursor
+  // The last ten views of each axis, for Undo; entries 1..10 are used, 0 stays empty.
+  int16_t TimeZoomDepth = 0;
+  std::array<int32_t, 11> TimeZoomStart{}, TimeZoomEnd{};
+  int16_t DistanceZoomDepth = 0;
+  std::array<float, 11> DistanceZoomStart{}, DistanceZoomEnd{};
 };
 
 struct Workspace;
