@@ -19,6 +19,7 @@
 #include "core/outing/OutingHeader.h"
 #include "core/plots/PlotState.h"
 #include "core/reports/ReportFile.h"
+#include "core/track/TrackState.h"
 #include "core/workspace/FolderTable.h"
 
 inline constexpr int kPaletteSize = 20;
@@ -65,6 +66,8 @@ struct Workspace {
   // The track map in memory (one at a time): whether one is loaded and its length.
   bool TrackLoaded = false;
   float TrackLength = 0;
+  // The rest of the map, and the work tables of track creation.
+  TrackState Track;
 
   // False for a command-line start: a script's loads do not churn the person's recent files.
   bool KeepRecentFiles = true;
