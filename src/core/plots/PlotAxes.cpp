@@ -1,0 +1,107 @@
+#include "core/plots/PlotAxes.h"
+
+#include "core/app/Workspace.h"
+#include "core/outing/HeaderProcessing.h"
+#include "core/plots/PlotFormats.h"
+#include "core/plots/PlotScale.h"
+#include "core/plots/Surface.h"
+
+namespace {
+
+struct Range {
+  double min, max;
+};
+
+Range ChannelRange(const ChannelRec& c, AxisKind kind) {
+  if (kind == AxisKind::Distance) return {c.DistanceMin, c.DistanceMax};
+  return {c.TimeMin, c.TimeMax};
+}
+
+void DottedLine(Surface& s, double x1, double y, double x2) {
+  s.DrawStyle = kDotted;
+  s.Line(x1, y, x2, y, kGridColor);
+  s.DrawStyle = kSolid;
+}
+
+// A label right-aligned to end 250 left of the axis, centred on its tick.
+void PrintScaleLabel(Surface& s, const QString& text, double y) {
+  s.CurrentX = kPlotLeft - 250 - s.TextWidth(text);
+  s.CurrentY = y - s.TextHeight(QStringLiteral("0")) / 2;
+  s.Print(text);
+}
+
+}  // namespace
+
+int BackgroundColor(const Workspace& ws) {
+  switch (ws.Options.ColorTheme) {
+    case 1: return 0;
+    case 2: return ws.Options.CustomBackground;
+    default: return 16777215;
+  }
+}
+
+int ForegroundColor(const Workspace& ws) {
+  switch (ws.Options.ColorTheme) {
+    case 1: return 16777215;
+    case 2: return ws.Options.CustomForeground;
+    default: return 0;
+  }
+}
+
+QString DrawAxisSingle(Workspace& ws, Surface& s, AxisKind kind, int slot, int lap, int channel) {
+  const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
+  const QString caption = c.Name.trimmed() + (kind == AxisKind::Distance ? QStringLiteral(" vs Distance") : QStringLiteral(" vs Time"));
+  const bool tiled = FolderTiled(ws);
+  if (tiled && ws.Options.AutoTileMode) return caption;
+  const double w = s.ScaleWidth(), h = s.ScaleHeight();
+  const Range r = ChannelRange(c, kind);
+  const double step = (r.max - r.min) / 50;
+  double spacing = (h - 1050) / 50;
+  if (tiled) spacing = (c.TileTop - c.TileBottom) * spacing / 100;
+  const double offset = GetTileOffset(ws, slot, lap, channel, h - 1050);
+  const int color = GetChannelColor(ws, slot, lap, channel);
+  s.ForeColor = color;
+  double label_x = kPlotLeft - 250, last_y = h - kPlotBottom;
+  for (int i = 1; i <= 49; ++i) {
+    const double y = h - kPlotBottom - offset - i * spacing;
+    last_y = y;
+    s.Line(kPlotLeft, y, 675, y, color);
+    if (i % 5 != 0) continue;
+    s.Line(kPlotLeft, y, 600, y, color);
+    const QString text = FormatAuto(i * step + r.min);
+    PrintScaleLabel(s, text, y);
+    label_x = kPlotLeft - 250 - s.TextWidth(text);
+    if (ws.Options.HorizontalGrid) DottedLine(s, kPlotLeft, y, w - RightMargin(ws));
+  }
+  s.CurrentX = label_x + 75;
+  s.CurrentY = last_y - 100;
+  s.Print(c.Units.trimmed());
+  s.Line(kPlotLeft, kPlotTop, kPlotLeft, h - kPlotBottom, color);
+  return caption;
+}
+
+void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel) {
+  const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
+  const int count = ws.Plots.TileCount;
+  if (count <= 0) return;
+  const double w = s.ScaleWidth(), h = s.ScaleHeight();
+  const double step = (c.TimeMax - c.TimeMin) / 25;
+  const double spacing = (h - 1050) / (count * 25.0);
+  const double offset = GetTileOffset(ws, slot, lap, channel, h - 1050);
+  const int color = GetChannelColor(ws, slot, lap, channel);
+  s.ForeColor = color;
+  for (int i = 0; i < 25; ++i) {
+    const double y = h - kPlotBottom - offset - i * spacing;
+    s.Line(kPlotLeft, y, 675, y, color);
+    if (i % 5 != 0) continue;
+    s.Line(kPlotLeft, y, 600, y, color);
+    PrintScaleLabel(s, FormatAuto(i * step + c.TimeMin), y);
+    if (ws.Options.HorizontalGrid && i > 0) DottedLine(s, kPlotLeft, y, w - RightMargin(ws));
+  }
+  // The name just inside the top of the band, and a line between this band and the next.
+  const double top = h - kPlotBottom - offset - 25 * spacing;
+  s.CurrentX = kPlotLeft + 100;
+  s.CurrentY = top + 50;
+  s.Print(c.Name.trimmed());
+  s.Line(0, top, w, top, 0);
+}

@@ -1,0 +1,244 @@
+#include "core/plots/frmGraph.h"
+
+#include <cmath>
+
+#include "core/app/Numbers.h"
+#include "core/app/Workspace.h"
+#include "core/compute/Filters.h"
+#include "core/outing/ChannelData.h"
+#include "core/outing/HeaderProcessing.h"
+#include "core/plots/PlotAxes.h"
+#include "core/plots/PlotFormats.h"
+#include "core/plots/PlotScale.h"
+#include "core/track/DistanceTime.h"
+#include "core/track/Laps.h"
+
+namespace {
+
+double Round(double v) { return std::nearbyint(v); }
+
+// Seconds of a tick label, as finely as the view needs.
+QString SecondsText(double t_ms, double view_ms) {
+  const int decimals = view_ms < 1000 ? 3 : view_ms <= 10000 ? 2 : 1;
+  return QString::number(t_ms / 1000, 'f', decimals);
+}
+
+}  // namespace
+
+double frmGraph::DataRight() const { return s_.ScaleWidth() - RightMargin(ws_); }
+
+int frmGraph::ActiveSlot() const { return ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)].SelOuting; }
+
+void frmGraph::DrawLineGraphs() {
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  s_.BackColor = BackgroundColor(ws_);
+  s_.Cls();
+  ChannelLabels.clear();
+  const bool tile_axes = FolderTiled(ws_) && ws_.Options.AutoTileMode;
+  FetchScope scope(ws_);  // one open file per outing for the whole redraw
+  for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
+    const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+    if (o.Loaded == 0 || o.OutingHidden != 0) continue;
+    for (int lap = 0; lap < static_cast<int>(o.Laps.size()); ++lap) {
+      const LapRec& l = o.Laps[static_cast<std::size_t>(lap)];
+      if (l.Shown == 0 || l.Hidden != 0) continue;
+      for (int c = 0; c < static_cast<int>(l.LapChannels.size()); ++c) {
+        if (l.LapChannels[static_cast<std::size_t>(c)].Shown == 0) continue;
+        GetChannelData(ws_, slot, lap, c);
+        DoTimePlot(slot, lap, c);
+        if (tile_axes) DrawAxisTile(ws_, s_, slot, lap, c);
+        const std::size_t band = static_cast<std::size_t>(l.LapChannels[static_cast<std::size_t>(c)].TileIndex);
+        if (ChannelLabels.size() <= band) ChannelLabels.resize(band + 1);
+        ChannelLabels[band] = ChannelLabel(o.Channels[static_cast<std::size_t>(c)]);
+      }
+    }
+  }
+  DrawTimeAxis();
+  const int slot = ActiveSlot();
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+  if (o.Loaded != 0 && folder.ActiveChannel >= 0 && folder.ActiveChannel < static_cast<int>(o.Channels.size()) &&
+      o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size())) {
+    Caption = DrawAxisSingle(ws_, s_, AxisKind::Time, slot, o.CurLap, folder.ActiveChannel);
+  }
+  DrawDatumPoint();
+  UpdateCursorValues();
+  CursorY = DrawCursor(0, -1000);  // the old cursor went with the clear
+}
+
+void frmGraph::DoTimePlot(int slot, int lap, int channel) {
+  const FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const OutingRec& o = OutingAt(ws_, slot);
+  const ChannelRec& c = o.Channels[static_cast<std::size_t>(channel)];
+  const std::vector<float>& v = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)].Samples;
+  if (v.empty() || !(c.Rate > 0) || folder.TimeEnd <= folder.TimeStart) return;
+  const double w = s_.ScaleWidth(), h = s_.ScaleHeight();
+  s_.ForeColor = GetChannelColor(ws_, slot, lap, channel);
+  // One second past the view, so that a line leaves the area at its edge.
+  const double e = std::min<double>(folder.TimeEnd + 1000.0, GetMaxTime(ws_));
+  FirstIndex = Floor(static_cast<double>(c.Rate) * folder.TimeStart);
+  FirstTime = static_cast<double>(c.Rate) * folder.TimeStart;
+  LastIndex = std::min<int64_t>(Floor(e * c.Rate), static_cast<int64_t>(v.size()) - 1);
+  IndexStep = TraceStep(LastIndex - FirstIndex);
+  XScale = (w - kPlotLeft - RightMargin(ws_)) / ((folder.TimeEnd - folder.TimeStart) * static_cast<double>(c.Rate));
+  YScale = ComputeChannelScale(ws_, slot, channel, Round(h - kPlotBottom - kPlotTop), true, false);
+  const double offset = GetTileOffset(ws_, slot, lap, channel, Round(h - 1050));
+  const double floor = FolderTiled(ws_) ? Round(h - kPlotBottom - offset) : Round(h - kPlotBottom);
+  const double min = OutingAt(ws_, slot).Channels[static_cast<std::size_t>(channel)].TimeMin;
+  points_.clear();
+  for (int64_t i = std::max<int64_t>(FirstIndex, 0); i <= LastIndex; i += IndexStep) {
+    const double x = std::clamp((static_cast<double>(i) - FirstTime) * XScale + kPlotLeft, kPlotLeft, DataRight());
+    const double y = std::clamp(h - kPlotBottom - offset - (v[static_cast<std::size_t>(i)] - min) * YScale, kPlotTop, floor);
+    points_.push_back(s_.ToPixels(x, y));
+  }
+  if (!points_.empty()) s_.Polyline(points_);
+}
+
+void frmGraph::DrawTimeAxis() {
+  const FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const double h = s_.ScaleHeight(), right = DataRight(), axis_y = h - kPlotBottom;
+  const int fg = ForegroundColor(ws_);
+  s_.ForeColor = fg;
+  const double view = folder.TimeEnd - folder.TimeStart;
+  if (view <= 0) {
+    s_.CurrentX = kPlotLeft;
+    s_.CurrentY = axis_y + 175;
+    s_.Print(QStringLiteral("No time"));
+    return;
+  }
+  double r = view;
+  int exponent = 0;
+  while (r >= 10) r /= 10, ++exponent;
+  const double base = r <= 1.5 ? 1 : r <= 3.5 ? 2.5 : r <= 7.5 ? 5 : 10;
+  const double step = base * std::pow(10.0, exponent - 1) / 5;
+  const double x_scale = (right - kPlotLeft) / view;
+  const double label_limit = right - s_.TextWidth(QStringLiteral("0.00")) - 250;
+  // Ticks lie on multiples of the step from the lap's start; those before the view are skipped.
+  for (int64_t k = static_cast<int64_t>(std::ceil(folder.TimeStart / step)); k * step <= folder.TimeEnd; ++k) {
+    const double t = static_cast<double>(k) * step;
+    const double x = (t - folder.TimeStart) * x_scale + kPlotLeft;
+    const bool major = static_cast<int64_t>(Round(t * 10)) % std::max<int64_t>(1, static_cast<int64_t>(Round(step * 50))) == 0;
+    s_.Line(x, axis_y, x, axis_y + (major ? 150 : 75), fg);
+    if (!major) continue;
+    if (x <= label_limit) {
+      const QString text = SecondsText(t, view);
+      s_.CurrentX = x - s_.TextWidth(text) / 2;
+      s_.CurrentY = axis_y + 175;
+      s_.Print(text);
+    }
+    if (ws_.Options.VerticalGrid && x > kPlotLeft) {
+      s_.DrawStyle = kDotted;
+      s_.Line(x, kPlotTop, x, axis_y, kGridColor);
+      s_.DrawStyle = kSolid;
+    }
+  }
+  s_.Line(kPlotLeft, axis_y, right, axis_y, fg);
+  s_.CurrentX = right - 250;
+  s_.CurrentY = axis_y + 175;
+  s_.Print(QStringLiteral("secs"));
+  // Further laps of the Datum span start at these times.
+  if (folder.LapsDisplayed >= 2 && folder.DatumOuting >= 0) {
+    const OutingRec& d = OutingAt(ws_, folder.DatumOuting);
+    const int first = folder.DatumLap;
+    for (int l = first + 1; l <= std::min<int>(first + folder.LapsDisplayed, d.LastLap) && l < static_cast<int>(d.Laps.size()); ++l) {
+      const double t = d.Laps[static_cast<std::size_t>(l)].StartTime - d.Laps[static_cast<std::size_t>(first)].StartTime;
+      if (t < folder.TimeStart || t > folder.TimeEnd) continue;
+      const double x = (t - folder.TimeStart) * x_scale + kPlotLeft;
+      s_.Line(x, kPlotTop, x, axis_y, fg);
+    }
+  }
+}
+
+void frmGraph::UpdateCursorValues() {
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const int slot = ActiveSlot();
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+  StatusLine.clear();
+  const int lap = o.CurLap, channel = folder.ActiveChannel;
+  if (o.Loaded == 0 || lap < 0 || lap + 1 >= static_cast<int>(o.Laps.size()) || channel < 0 ||
+      channel >= static_cast<int>(o.Channels.size())) {
+    return;
+  }
+  const ChannelRec& c = o.Channels[static_cast<std::size_t>(channel)];
+  const LapChannelRec& cache = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)];
+  const double x = static_cast<double>(c.Rate) * folder.CursorTime;
+  const int64_t i = Floor(x);
+  const int64_t upper = static_cast<int64_t>(cache.Samples.size()) - 1;
+  if (i >= 0 && i <= upper) {
+    const double frac = x - static_cast<double>(i);
+    const float at = cache.Samples[static_cast<std::size_t>(i)];
+    // Between two samples the value is interpolated; the last sample has no neighbour.
+    folder.CursorValue = i < upper ? static_cast<float>(at + (cache.Samples[static_cast<std::size_t>(i + 1)] - at) * frac) : at;
+    const QString blanks(4, QLatin1Char(' '));
+    StatusLine = QStringLiteral("Lap Time : ") + FormatLapTime(ws_, LapTimeMs(o, lap)) + blanks;
+    if (ws_.Plots.MeasureCursor) {
+      StatusLine += QStringLiteral("(dX : ") + FormatTime(folder.CursorTime - MarkTime).trimmed() + blanks +
+                    QStringLiteral("dY : ") + FormatChannelValue(c, folder.CursorValue - MarkValue).trimmed() + QLatin1Char(')');
+    } else if (ws_.Options.ShowStatistics) {
+      ComputeTimeStats(ws_, slot, lap, channel);
+      const ChannelStats& st = OutingAt(ws_, slot).Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)].TimeStats;
+      StatusLine += QStringLiteral("Min : ") + FormatChannelValue(c, st.Min) + blanks + QStringLiteral("Max : ") +
+                    FormatChannelValue(c, st.Max) + blanks + QStringLiteral("Avg : ") + FormatChannelValue(c, st.Avg) + blanks +
+                    QStringLiteral("Dev : ") + FormatChannelValue(c, st.Dev) + blanks + QStringLiteral("Filter : ") +
+                    QString::fromLatin1(FilterKindName(c.FilterKind)) + blanks + QStringLiteral("Rate : ") +
+                    QString::number(std::nearbyint(c.Rate * 1000.0)) + QStringLiteral(" Hz");
+    }
+  }
+  s_.Line(0, 0, s_.ScaleWidth(), 315, BackgroundColor(ws_), LineKind::FilledBox);
+  s_.ForeColor = GetChannelColor(ws_, slot, lap, channel);
+  s_.CurrentX = 1250;
+  s_.CurrentY = 100;
+  s_.Print(StatusLine);
+}
+
+void frmGraph::DrawDatumPoint() {
+  if (!ws_.Plots.MeasureCursor) return;
+  const FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const int slot = ActiveSlot();
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+  if (o.Loaded == 0 || o.CurLap < 0 || o.CurLap >= static_cast<int>(o.Laps.size()) || folder.ActiveChannel < 0 ||
+      folder.ActiveChannel >= static_cast<int>(o.Channels.size())) {
+    return;
+  }
+  MarkX = std::max(CursorX(), kPlotLeft);
+  MarkY = ChannelValueToY(ws_, s_.ScaleHeight(), slot, o.CurLap, folder.ActiveChannel, folder.CursorValue);
+  s_.Line(MarkX - 190, MarkY, MarkX + 190, MarkY, 0);
+  s_.Line(MarkX, MarkY - 190, MarkX, MarkY + 190, 0);
+  s_.Circle(MarkX, MarkY, 100, 0);
+  MarkTime = folder.CursorTime;
+  MarkValue = folder.CursorValue;
+}
+
+double frmGraph::CursorX() const {
+  const FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const double view = folder.TimeEnd - folder.TimeStart;
+  if (view <= 0) return kPlotLeft;
+  return (folder.CursorTime - folder.TimeStart) / view * (DataRight() - kPlotLeft) + kPlotLeft;
+}
+
+double frmGraph::DrawCursor(double old_x, double old_y) {
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const double h = s_.ScaleHeight();
+  const double new_x = CursorX();
+  double new_y = -1000;
+  const int slot = ActiveSlot();
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+  if (o.Loaded != 0 && o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size()) && folder.ActiveChannel >= 0 &&
+      folder.ActiveChannel < static_cast<int>(o.Channels.size())) {
+    if (ws_.Plots.ActivePlotType == 0) new_y = ChannelValueToY(ws_, h, slot, o.CurLap, folder.ActiveChannel, folder.CursorValue);
+    if (ws_.Plots.ActivePlotType == 1) new_y = DistanceValueToY(ws_, h, slot, o.CurLap, folder.ActiveChannel, folder.CursorValue);
+  }
+  // Exclusive-or: drawing the old cursor again takes it away.
+  s_.DrawMode = kDrawXor;
+  s_.DrawWidth = 1;
+  const int white = 16777215;
+  if (ws_.Options.VerticalCursor) {
+    if (old_x > 0) s_.Line(old_x, kPlotTop, old_x, h - kPlotBottom, white);
+    s_.Line(new_x, kPlotTop, new_x, h - kPlotBottom, white);
+  }
+  if (ws_.Options.HorizontalCursor) {
+    if (old_x > 0) s_.Line(old_x - 250, old_y, old_x + 250, old_y, white);
+    s_.Line(new_x - 250, new_y, new_x + 250, new_y, white);
+  }
+  s_.DrawMode = kDrawCopy;
+  return new_y;
+}

@@ -1,0 +1,180 @@
+#include "core/plots/frmGraph.h"
+
+#include <gtest/gtest.h>
+
+#include "../TestOutings.h"
+#include "core/plots/RecordingSurface.h"
+
+namespace {
+
+using namespace test_outings;
+
+// One outing: a ramp channel at 1 kHz (0, 1, 2, ... per sample), lap 0 of 10 s shown with it.
+struct GraphFixture {
+  BareWorkspace b;
+  RecordingSurface surface{15000, 7050};  // data area 750..14250 x 400..6400
+  frmGraph graph{b.ws, surface};
+
+  explicit GraphFixture(int samples = 10000) {
+    OutingRec& o = b.Outing();
+    o.Loaded = -1;
+    o.Channels.resize(2);
+    o.LastChannel = 1;
+    ChannelRec& c = o.Channels[0];
+    c.Name = c.ShortName = QStringLiteral("RAMP");
+    c.Units = QStringLiteral("m");
+    c.Rate = 1.0f;
+    c.AutoScale = 0;
+    c.ScreenMin = 0;
+    c.ScreenMax = 10000;
+    c.Decimals = 1;
+    o.Laps.resize(2);
+    o.Laps[1].StartTime = 10000;
+    o.LastLap = 1;
+    for (LapRec& lap : o.Laps) lap.LapChannels.resize(2);
+    o.Laps[0].Shown = -1;
+    LapChannelRec& cache = o.Laps[0].LapChannels[0];
+    cache.Shown = -1;
+    cache.Loaded = -1;
+    for (int i = 0; i <= samples; ++i) cache.Samples.push_back(static_cast<float>(i));
+    FolderRec& f = b.ws.FolderTable[0];
+    f.TimeStart = 0;
+    f.TimeEnd = 10000;
+    f.ActiveChannel = 0;
+    b.ws.Palette[0] = 255;
+  }
+  FolderRec& folder() { return b.ws.FolderTable[0]; }
+};
+
+TEST(frmGraph, TraceIsThinnedToAbout2000Points) {
+  const struct {
+    int32_t end;
+    std::size_t points;
+  } cases[] = {
+      {1000, 2001},   // 1,000 ms + the second past the view: 2,000 samples, every one
+      {1500, 1251},   // 2,500 samples: step Round(1.25) = 1... but 2,500 / 1 = 2,501 points? see below
+      {2000, 1501},   // 3,000 samples: step 2
+  };
+  for (const auto& c : cases) {
+    GraphFixture f;
+    f.folder().TimeEnd = c.end;
+    f.graph.DoTimePlot(0, 0, 0);
+    const int64_t n = f.graph.LastIndex - f.graph.FirstIndex;
+    EXPECT_EQ(n, c.end + 1000);
+    EXPECT_EQ(f.graph.IndexStep, n < 2000 ? 1 : std::llround(std::nearbyint(n / 2000.0)));
+    const auto lines = f.surface.Of(DrawOp::Kind::Polyline);
+    ASSERT_EQ(lines.size(), 1u);  // one call to the device per trace
+    EXPECT_EQ(lines[0].points.size(), static_cast<std::size_t>(n / f.graph.IndexStep + 1)) << c.end;
+    EXPECT_EQ(lines[0].color, 255);
+  }
+}
+
+TEST(frmGraph, TraceGeometryAndClipping) {
+  GraphFixture f;
+  f.folder().TimeStart = 1000;
+  f.folder().TimeEnd = 2000;
+  f.graph.DoTimePlot(0, 0, 0);
+  const DrawOp line = f.surface.Of(DrawOp::Kind::Polyline).at(0);
+  // x: (i - 1000) x 13.5 twips + 750; y: floor 6400 less 0.6 twips a metre; 15 twips a pixel.
+  EXPECT_EQ(line.points.front().x, 750 / 15);
+  EXPECT_EQ(line.points.front().y, static_cast<int>(std::nearbyint(6400 - 1000 * 0.6)) / 15);
+  EXPECT_EQ(line.points[500].x, static_cast<int>(500 * 13.5 + 750) / 15);
+  // The second past the view runs into the right margin and stays on it.
+  EXPECT_EQ(line.points.back().x, 14250 / 15);
+
+  // A value above the scale is flattened at the top of the area.
+  f.b.Outing().Channels[0].ScreenMax = 100;
+  f.surface.ops.clear();
+  f.graph.DoTimePlot(0, 0, 0);
+  const auto points = f.surface.Of(DrawOp::Kind::Polyline).at(0).points;
+  for (std::size_t i = 0; i < points.size(); ++i) ASSERT_EQ(points[i].y, 400 / 15) << i << " of " << points.size();
+}
+
+TEST(frmGraph, TimeAxisTicksAndLabels) {
+  const struct {
+    int32_t start, end;
+    std::vector<QString> first_labels;
+    std::size_t ticks;
+  } cases[] = {
+      {0, 10000, {"0.00", "1.00", "2.00"}, 51},  // 10 s: ticks of 200 ms, labels each second
+      {0, 5000, {"0.00", "0.50", "1.00"}, 51},   // 5 s: 100 ms, labels each half second
+      {250, 750, {"0.250", "0.300"}, 51},        // 0.5 s: 10 ms, labels every 50 ms, finer
+      {0, 30000, {"0.0", "2.5", "5.0"}, 61},     // 30 s: half seconds, labels every 2.5 s
+  };
+  for (const auto& c : cases) {
+    GraphFixture f;
+    f.folder().TimeStart = c.start;
+    f.folder().TimeEnd = c.end;
+    f.graph.DrawTimeAxis();
+    std::vector<QString> texts = f.surface.Texts();
+    ASSERT_GE(texts.size(), c.first_labels.size() + 1) << c.end;
+    for (std::size_t i = 0; i < c.first_labels.size(); ++i) EXPECT_EQ(texts[i], c.first_labels[i]) << c.end;
+    EXPECT_EQ(texts.back(), "secs");
+    std::size_t ticks = 0;
+    for (const DrawOp& op : f.surface.Of(DrawOp::Kind::Line)) ticks += op.y1 == 6400 && op.x1 == op.x2 && op.y2 > 6400;
+    EXPECT_EQ(ticks, c.ticks) << c.start << ".." << c.end;
+  }
+  GraphFixture empty;
+  empty.folder().TimeEnd = 0;
+  empty.graph.DrawTimeAxis();
+  EXPECT_EQ(empty.surface.Texts(), std::vector<QString>{"No time"});
+}
+
+TEST(frmGraph, CursorValueStatusLineAndCursor) {
+  GraphFixture f;
+  f.folder().CursorTime = 2500.5f;
+  f.graph.UpdateCursorValues();
+  EXPECT_FLOAT_EQ(f.folder().CursorValue, 2500.5f);  // between two samples: interpolated
+  EXPECT_TRUE(f.graph.StatusLine.startsWith("Lap Time : 0:10.000    Min : 0.0     Max : 10000.0     Avg : 5000.0 "))
+      << f.graph.StatusLine.toStdString();
+  EXPECT_TRUE(f.graph.StatusLine.endsWith("Rate : 1000 Hz")) << f.graph.StatusLine.toStdString();
+  f.folder().CursorTime = 10000;
+  f.graph.UpdateCursorValues();
+  EXPECT_EQ(f.folder().CursorValue, 10000.0f);  // the last sample stands
+  f.folder().CursorTime = 20000;
+  f.graph.UpdateCursorValues();
+  EXPECT_TRUE(f.graph.StatusLine.isEmpty());
+
+  // The cursor: exclusive-or lines at the old x (erasing) and at the new one, on the scale the
+  // trace was drawn with.
+  f.graph.DoTimePlot(0, 0, 0);
+  f.folder().CursorTime = 5000;
+  f.folder().CursorValue = 5000;
+  f.surface.ops.clear();
+  const double y = f.graph.DrawCursor(3000, 4000);
+  EXPECT_EQ(y, 6400 - 5000 * 0.6);
+  const auto lines = f.surface.Of(DrawOp::Kind::Line);
+  ASSERT_EQ(lines.size(), 4u);
+  for (const DrawOp& op : lines) EXPECT_EQ(op.mode, kDrawXor);
+  EXPECT_EQ(lines[0].x1, 3000);
+  EXPECT_EQ(lines[1].x1, 750 + 0.5 * 13500);
+  EXPECT_EQ(lines[3].y1, y);
+  EXPECT_EQ(f.surface.DrawMode, kDrawCopy);
+
+  f.b.ws.Plots.MeasureCursor = true;
+  f.graph.DrawDatumPoint();
+  f.folder().CursorTime = 6000;
+  f.graph.UpdateCursorValues();
+  EXPECT_TRUE(f.graph.StatusLine.endsWith("(dX : 0:01.000    dY : 1000.0)")) << f.graph.StatusLine.toStdString();
+}
+
+TEST(frmGraph, FullRedrawDrawsTracesAxesAndLabels) {
+  GraphFixture f;
+  f.graph.DrawLineGraphs();
+  EXPECT_EQ(f.surface.ops.front().kind, DrawOp::Kind::Cls);
+  EXPECT_EQ(f.surface.Of(DrawOp::Kind::Polyline).size(), 1u);
+  EXPECT_EQ(f.graph.ChannelLabels, std::vector<QString>{"RAMP (m}"});
+  EXPECT_EQ(f.graph.Caption, "RAMP vs Time");
+  const std::vector<QString> texts = f.surface.Texts();
+  // The vertical scale: 0 to 10000 in 50 steps, labels every fifth (1000, 2000, ...).
+  EXPECT_NE(std::find(texts.begin(), texts.end(), QStringLiteral("1000 ")), texts.end());
+  EXPECT_NE(std::find(texts.begin(), texts.end(), QStringLiteral("9000 ")), texts.end());
+  EXPECT_NE(std::find(texts.begin(), texts.end(), QStringLiteral("m")), texts.end());
+  // Hiding the lap leaves the axes and no trace.
+  f.b.Outing().Laps[0].Hidden = -1;
+  f.surface.ops.clear();
+  f.graph.DrawLineGraphs();
+  EXPECT_TRUE(f.surface.Of(DrawOp::Kind::Polyline).empty());
+}
+
+}  // namespace
