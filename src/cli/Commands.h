@@ -20,3 +20,5 @@ QString SetupDirectoryOf(const CliContext& context);
 void AddInfoCommand(CLI::App& cli, CliContext& context);
 void AddDemoCommand(CLI::App& cli, CliContext& context);
 void AddExportCommand(CLI::App& cli, CliContext& context);
+void AddTrackCommand(CLI::App& cli, CliContext& context);
+void AddSplitsCommand(CLI::App& cli, CliContext& context);

@@ -12,6 +12,8 @@ int main(int argc, char** argv) {
   AddInfoCommand(cli, context);
   AddDemoCommand(cli, context);
   AddExportCommand(cli, context);
+  AddTrackCommand(cli, context);
+  AddSplitsCommand(cli, context);
   try {
     cli.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

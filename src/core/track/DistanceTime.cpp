@@ -1,5 +1,6 @@
 #include "core/track/DistanceTime.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/app/Numbers.h"
@@ -54,27 +55,13 @@ float DistanceToTime(Workspace& ws, int slot, int lap, float distance) {
   const double rate = o.Channels[static_cast<std::size_t>(o.ChanDistance)].Rate;
   if (!(rate > 0)) return 0;
   const double target = static_cast<double>(distance) + o.Laps[static_cast<std::size_t>(lap)].StartDistance;
-  const double span = GetMaxTime(ws);
-  const int64_t upper = static_cast<int64_t>(s.size()) - 1;
-  auto index_at = [&](double t) { return std::clamp<int64_t>(Floor(t * rate), 0, upper); };
-  // Coarse: 20 strides; the first whose sample passes the target closes the range.
-  int64_t low = 0, high = index_at(span);
-  for (int k = 1; k <= 20; ++k) {
-    const int64_t i = index_at(span * k / 20);
-    if (s[static_cast<std::size_t>(i)] > target) {
-      high = i;
-      break;
-    }
-    low = i;
-  }
-  // Fine: the first sample pair that straddles the target.
-  double result = 0;
-  for (int64_t i = low; i < std::min(high, upper); ++i) {
-    const double a = s[static_cast<std::size_t>(i)], b = s[static_cast<std::size_t>(i + 1)];
-    if (b > target) {
-      result = (static_cast<double>(i) + (b != a ? (target - a) / (b - a) : 0.0)) / rate;
-      break;
-    }
-  }
+  // Distance never falls, so the first sample past the target is found by halving, over all the
+  // lap's samples: a span taken from another lap may be shorter than this one.
+  const auto past = std::upper_bound(s.begin(), s.end(), target,
+                                     [](double t, float v) { return t < static_cast<double>(v); });
+  if (past == s.begin() || past == s.end()) return 0;
+  const int64_t i = (past - s.begin()) - 1;
+  const double a = s[static_cast<std::size_t>(i)], b = *past;
+  const double result = (static_cast<double>(i) + (b != a ? (target - a) / (b - a) : 0.0)) / rate;
   return static_cast<float>(std::clamp(result, 0.0, static_cast<double>(GetLapDuration(ws, slot, lap))));
 }

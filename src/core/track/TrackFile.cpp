@@ -231,26 +231,36 @@ bool frmTrackData::Accept() {
 
 bool frmTrackData::cmdOK() {
   if (!Accept()) return false;
-  const QString path = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)].TrackFile;
+  const TrackState& t = ws_.Track;
+  const bool ok = UpdateTrackHeader(ws_, ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)].TrackFile,
+                                    QStringLiteral("Track Data"), [&](TrackHeader& h) {
+                                      h.TrackName = t.TrackName;
+                                      h.OfficialLength = t.OfficialLength;
+                                      h.TrackComment = t.TrackComment;
+                                      h.LapDisplayMode = t.LapDisplayMode;
+                                    });
+  if (ok) ApplyTrackToOutings(ws_);
+  return ok;
+}
+
+bool UpdateTrackHeader(Workspace& ws, const QString& path, const QString& title,
+                       const std::function<void(TrackHeader&)>& change) {
   QByteArray bytes;
   if (!FileExists(path) || !ReadFileBytes(path, 0, QFileInfo(path).size(), bytes) || bytes.size() < kTrackHeaderSize) {
-    ws_.messages.Show(QStringLiteral("Can't open file: ") + path, QStringLiteral("Track Data"), MessageIcon::Exclamation);
+    ws.messages.Show(QStringLiteral("Can't open file: ") + path, title, MessageIcon::Exclamation);
     return false;
   }
   auto* data = reinterpret_cast<uint8_t*>(bytes.data());
   TrackHeader h;
   ReadStoredRecord(h, data, kTrackHeaderSize);
-  h.TrackName = ws_.Track.TrackName;
-  h.OfficialLength = ws_.Track.OfficialLength;
-  h.TrackComment = ws_.Track.TrackComment;
-  h.LapDisplayMode = ws_.Track.LapDisplayMode;
+  change(h);
   const auto& head = StoredRecordBytes(h);
   std::copy(head.begin(), head.end(), data);
+  // The points behind the header go back as they were; the file is replaced whole or not at all.
   QString error;
   if (!WriteFileAtomically(path, bytes, &error)) {
-    ws_.messages.Show(error, QStringLiteral("Track Data"), MessageIcon::Critical);
+    ws.messages.Show(error, title, MessageIcon::Critical);
     return false;
   }
-  ApplyTrackToOutings(ws_);
   return true;
 }

@@ -4,9 +4,11 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 
 struct Workspace;
 struct TrackState;
+struct TrackHeader;
 
 // Loads the map at `path` into ws.Track (the older layout through LoadOldTrackFile). On failure
 // the folder's TrackFile is cleared, no map is loaded and the message has the title "Load Track".
@@ -25,6 +27,11 @@ void FitTrackToArea(Workspace& ws, double width, double height);
 
 // The whole file for the map in ws.Track, its header stamped with `outing_name`.
 QByteArray TrackFileBytes(const Workspace& ws, const QString& outing_name);
+
+// Rewrites the header of the map file at `path` with `change` applied, keeping every other byte;
+// false after a message with `title`.
+bool UpdateTrackHeader(Workspace& ws, const QString& path, const QString& title,
+                       const std::function<void(TrackHeader&)>& change);
 
 // frmTrackData ("Track Data"): the map's name, official length, comment and lap display, and the
 // folder's correction and minimum lap time.
