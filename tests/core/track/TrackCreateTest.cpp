@@ -1,0 +1,170 @@
+#include "core/track/TrackCreate.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "../TestOutings.h"
+#include "core/track/TrackState.h"
+
+using namespace test_outings;
+
+namespace {
+
+// Rows of `count` + 1 samples, each `step` units and `dt` ms apart, with the same sensor value.
+void Rows(Workspace& ws, int count, int step, int dt, float sensor) {
+  ws.Track.Samples.clear();
+  for (int i = 0; i <= count; ++i) ws.Track.Samples.push_back({i * step, i * dt, sensor, 0, 0, 0});
+  ws.Track.SampleLast = count;
+}
+
+double Gap(const TrackState& t) {
+  const TrackPoint& a = t.TrackPoints.front();
+  const TrackPoint& b = t.TrackPoints.back();
+  return std::hypot(b.X - a.X, b.Y - a.Y);
+}
+
+TEST(TrackCreateTest, StraightLapStaysOpenAndRunsTowardsNegativeX) {
+  BareWorkspace b;
+  Rows(b.ws, 20, 10, 100, 0.1f);  // below LatGIncrement: all straight
+  TrackSettings s;
+  ASSERT_TRUE(CalculateTrack(b.ws, 0, 1, s));
+  const TrackState& t = b.ws.Track;
+  ASSERT_EQ(t.PointCount, 200);
+  EXPECT_EQ(t.HeadingFix, 0.0f);
+  EXPECT_NEAR(t.TrackPoints.back().X, -200, 1e-3);
+  EXPECT_NEAR(t.TrackPoints.back().Y, 0, 1e-3);
+  EXPECT_EQ(t.TrackPoints[5].Distance, 5);
+}
+
+TEST(TrackCreateTest, LengthBelow101IsRefused) {
+  struct Case {
+    int length;
+    bool accepted;
+  } cases[] = {{100, false}, {101, true}};
+  for (const Case& c : cases) {
+    BareWorkspace b;
+    Rows(b.ws, 1, c.length, 1000, 0);
+    b.Outing().LapNumberBase = 1;
+    EXPECT_EQ(CalculateTrack(b.ws, 0, 2, TrackSettings{}), c.accepted) << c.length;
+    if (!c.accepted) {
+      EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("Insufficient distance data : Lap (3)"));
+      EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Track Map"));
+    }
+  }
+}
+
+// A circle of radius 100 driven by a gyro a little too fast: the closing passes bring the end
+// back to the start, without them the lap overshoots.
+TEST(TrackCreateTest, ClosingPassesCloseACircle) {
+  const float rate_deg_s = static_cast<float>(10.0 / 100.0 * 180 / M_PI * 1.03);  // 3% over
+  struct Case {
+    bool closed;
+    bool invert;
+    double max_gap;
+    double min_gap;
+  } cases[] = {{true, true, 1.5, 0}, {true, false, 1.5, 0}, {false, true, 1e9, 10}};
+  for (const Case& c : cases) {
+    BareWorkspace b;
+    Rows(b.ws, 63, 10, 1000, c.invert ? rate_deg_s : -rate_deg_s);
+    TrackSettings s;
+    s.CreateMode = 1;
+    s.Closed = c.closed;
+    s.Invert = c.invert;
+    ASSERT_TRUE(CalculateTrack(b.ws, 0, 1, s));
+    EXPECT_LT(Gap(b.ws.Track), c.max_gap) << c.closed << c.invert;
+    EXPECT_GT(Gap(b.ws.Track), c.min_gap) << c.closed << c.invert;
+    // A circle of radius 100 spans 200 units whichever way it turns.
+    EXPECT_NEAR(b.ws.Track.TrackMaxX - b.ws.Track.TrackMinX, 200, 8);
+  }
+}
+
+TEST(TrackCreateTest, SameDistanceMovesNothingButUpdatesTheCornerFlag) {
+  BareWorkspace b;
+  b.ws.Track.Samples = {{0, 0, 2.0f}, {0, 100, 2.0f}, {101, 200, 0.1f}, {102, 300, 0.1f}, {203, 400, 0.1f}};
+  b.ws.Track.SampleLast = 4;
+  ASSERT_TRUE(CalculateTrack(b.ws, 0, 1, TrackSettings{}));
+  ASSERT_EQ(b.ws.Track.PointCount, 203);
+  EXPECT_EQ(b.ws.Track.TrackPoints[0].SampleIndex, 1);
+  EXPECT_EQ(b.ws.Track.TrackPoints[0].Corner, -1);   // set by sample 0 that had no distance
+  EXPECT_EQ(b.ws.Track.TrackPoints[102].Corner, 0);  // below the end limit
+}
+
+TEST(TrackCreateTest, SegmentsFollowTheCornerFlags) {
+  struct Case {
+    std::vector<int16_t> flags;
+    int16_t first_kind;
+    std::vector<int32_t> starts;
+  } cases[] = {
+      {{0, 0, -1, -1, 0}, 0, {0, 2, 4}},
+      {{-1, -1, 0, 0, -1}, 1, {0, 0, 2, 4}},  // entry 0 unused when the lap starts in a corner
+      {{0, 0, 0}, 0, {0}},
+  };
+  for (const Case& c : cases) {
+    BareWorkspace b;
+    for (std::size_t i = 0; i < c.flags.size(); ++i) {
+      b.ws.Track.TrackPoints.push_back(TrackPoint{0, 0, 0, c.flags[i], static_cast<int32_t>(i)});
+    }
+    SaveSegmentData(b.ws);
+    EXPECT_EQ(b.ws.Track.FirstSegmentKind, c.first_kind);
+    EXPECT_EQ(b.ws.Track.SegmentStart, c.starts);
+    EXPECT_EQ(b.ws.Track.SegmentCount, static_cast<int>(c.starts.size()) - 1);
+  }
+}
+
+TEST(TrackCreateTest, MarkedRangeBecomesCornerOrStraight) {
+  BareWorkspace b;
+  b.ws.Track.TrackPoints.resize(10);
+  MarkPoints(b.ws, 7, 3, true);
+  MarkPoints(b.ws, 5, 50, false);
+  std::vector<int16_t> flags;
+  for (const TrackPoint& p : b.ws.Track.TrackPoints) flags.push_back(p.Corner);
+  EXPECT_EQ(flags, (std::vector<int16_t>{0, 0, 0, -1, -1, 0, 0, 0, 0, 0}));
+}
+
+TEST(TrackCreateTest, ChecksSayWhatIsMissing) {
+  struct Case {
+    int mode;
+    int16_t latg, gyro, lat, dist;
+    int16_t last_lap;
+    const char* message;
+  } cases[] = {
+      {0, -1, 2, 3, 4, 5, "Lateral G channel not logged"}, {1, 1, -1, 3, 4, 5, "Gyro channel not logged"},
+      {2, 1, 2, -1, 4, 5, "GPS channel(s) not logged"},    {0, 1, 2, 3, -1, 5, "Distance channel not logged"},
+      {0, 1, 2, 3, 4, 1, "No Beacons detected"},
+  };
+  for (const Case& c : cases) {
+    BareWorkspace b;
+    OutingRec& o = b.Outing();
+    o.ChanLatG = c.latg, o.ChanGyro = c.gyro, o.ChanGpsLat = c.lat, o.ChanGpsLong = c.lat, o.ChanDistance = c.dist;
+    o.LastLap = c.last_lap;
+    TrackSettings s;
+    s.CreateMode = c.mode;
+    EXPECT_FALSE(CreateTrack(b.ws, 0, 0, s));
+    EXPECT_EQ(LastMessage(b.messages).text, QString::fromLatin1(c.message));
+    EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Track Map"));
+  }
+}
+
+TEST(TrackCreateTest, GpsStartAndDueNorthKeepTheAngle) {
+  BareWorkspace b;
+  // Sample 1 equals the start (d = 0), sample 3 lies due east (|s| = 1) of it.
+  b.ws.Track.Samples = {{0, 0, 0, 52, -1}, {0, 100, 0, 52, -1}, {60, 200, 0, 52.001f, -1},
+                        {120, 300, 0, 52, -0.999f}, {200, 400, 0, 52, -0.998f}};
+  b.ws.Track.SampleLast = 4;
+  TrackSettings s;
+  s.GlobalAngle = 0;
+  ASSERT_TRUE(CalculateGPSTrack(b.ws, 0, 1, s));
+  const auto& p = b.ws.Track.TrackPoints;
+  ASSERT_EQ(p.size(), 4u);
+  EXPECT_EQ(p[1].X, 0.0f);
+  EXPECT_EQ(p[1].Y, 0.0f);
+  EXPECT_NEAR(p[2].X, 0.001, 1e-5);
+  EXPECT_NEAR(p[2].Y, 0, 1e-5);
+  // Due east: the angle of the sample before (0) stays, so the point lies on the x axis at d.
+  EXPECT_NEAR(p[3].X, 0.001, 1e-5);
+  EXPECT_EQ(p[3].Distance, 120);
+  EXPECT_EQ(p[3].Lat, 52.0f);
+}
+
+}  // namespace
