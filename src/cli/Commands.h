@@ -22,3 +22,4 @@ void AddDemoCommand(CLI::App& cli, CliContext& context);
 void AddExportCommand(CLI::App& cli, CliContext& context);
 void AddTrackCommand(CLI::App& cli, CliContext& context);
 void AddSplitsCommand(CLI::App& cli, CliContext& context);
+void AddPlotCommand(CLI::App& cli, CliContext& context);

@@ -1,10 +1,30 @@
 #include <CLI/CLI.hpp>
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <cstring>
+#include <memory>
 
 #include "cli/Commands.h"
 
+namespace {
+
+// Pictures need a GUI application for fonts; the other commands run without one. Without a
+// display the pictures are painted offscreen.
+std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv) {
+  bool paints = false;
+  for (int i = 1; i < argc; ++i) paints = paints || std::strcmp(argv[i], "plot") == 0;
+  if (!paints) return std::make_unique<QCoreApplication>(argc, argv);
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+      qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  QCoreApplication app(argc, argv);  // locale, codecs and file names as Qt expects them
+  const auto app = MakeApplication(argc, argv);  // locale, codecs and file names as Qt expects them
   CLI::App cli{"Orlan Vector Analysis: outing files of racing-car data loggers"};
   cli.require_subcommand(1);
   CliContext context;
@@ -14,6 +34,7 @@ int main(int argc, char** argv) {
   AddExportCommand(cli, context);
   AddTrackCommand(cli, context);
   AddSplitsCommand(cli, context);
+  AddPlotCommand(cli, context);
   try {
     cli.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

@@ -6,7 +6,7 @@
 QtSurface::QtSurface(QPainter& painter, QSize pixels, double twips_per_pixel)
     : p_(painter), pixels_(pixels), tpp_(twips_per_pixel) {
   QFont font = p_.font();
-  font.setPixelSize(12);
+  font.setPixelSize(10);  // scale labels fit the 500 twips left of the axis
   p_.setFont(font);
 }
 
