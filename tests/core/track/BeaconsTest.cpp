@@ -1,0 +1,198 @@
+#include "core/track/Beacons.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "../TestOutings.h"
+#include "core/outing/HeaderProcessing.h"
+#include "core/track/DistanceTime.h"
+
+using namespace test_outings;
+
+namespace {
+
+TEST(BeaconsTest, LapTimeTexts) {
+  struct Case {
+    const char* text;
+    std::optional<double> ms;
+  } cases[] = {{"1:39.871", 99871}, {"01:39.871", 99871}, {"99.5", 99500}, {"0:5", 5000},
+               {"2:", std::nullopt}, {"abc", std::nullopt}, {"1:x", std::nullopt}};
+  for (const Case& c : cases) {
+    const auto got = ParseLapTime(QString::fromLatin1(c.text));
+    ASSERT_EQ(got.has_value(), c.ms.has_value()) << c.text;
+    if (got) EXPECT_NEAR(*got, *c.ms, 1e-6) << c.text;
+  }
+}
+
+// An outing record with laps starting at these times; the last is the closing row.
+frmInsertBeacon Dialog(BareWorkspace& b, std::vector<int32_t> starts, int selected) {
+  OutingRec& o = b.Outing();
+  o.Laps.clear();
+  for (int32_t t : starts) o.Laps.push_back(LapRec{0, t});
+  o.LastLap = static_cast<int16_t>(starts.size() - 1);
+  frmInsertBeacon d(b.ws, 0);
+  d.Selected = selected;
+  return d;
+}
+
+TEST(BeaconsTest, DeleteMergesAndInsertSplitsALap) {
+  struct Case {
+    std::vector<int32_t> rows;
+    int selected;
+    enum { kDelete, kInsert } op;
+    double ms;
+    std::vector<int32_t> expected;
+    int selected_after;
+  } cases[] = {
+      {{0, 100, 200, 300}, 1, Case::kDelete, 0, {0, 100, 300}, 0},     // lap 1 merges with lap 2
+      {{0, 100, 200, 300}, 2, Case::kDelete, 0, {0, 100, 300}, 1},     // the last merges with the one before
+      {{0, 100, 200, 300}, 0, Case::kDelete, 0, {0, 200, 300}, 0},
+      {{0, 300}, 0, Case::kDelete, 0, {0, 300}, 0},                    // one lap: nothing
+      {{0, 100, 200, 300}, 1, Case::kInsert, 40.4, {0, 100, 140, 200, 300}, 1},
+      {{0, 100, 200, 300}, 1, Case::kInsert, 100, {0, 100, 200, 300}, 1},  // not inside the lap
+      {{0, 100, 200, 300}, 1, Case::kInsert, 0, {0, 100, 200, 300}, 1},
+  };
+  for (const Case& c : cases) {
+    BareWorkspace b;
+    frmInsertBeacon d = Dialog(b, c.rows, c.selected);
+    if (c.op == Case::kDelete) d.cmdDelete();
+    else d.Insert(c.ms);
+    EXPECT_EQ(d.Rows, c.expected);
+    EXPECT_EQ(d.Count, static_cast<int>(c.expected.size()) - 1);
+    EXPECT_EQ(d.Selected, c.selected_after);
+  }
+}
+
+TEST(BeaconsTest, InsertByDistanceNeedsADistanceChannel) {
+  BareWorkspace b;
+  frmInsertBeacon d = Dialog(b, {0, 100, 200}, 0);
+  EXPECT_FALSE(d.InsertByDistance(QStringLiteral("50")));
+  EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("Error: No distance data for this function"));
+  EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Insert Beacon"));
+}
+
+class BeaconFileTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    demo = MakeDemoOuting(QStringLiteral("SILV0101.DAT"), home.Path(QString()), 3);
+    ASSERT_TRUE(home.Load(0, demo.path));
+    QFile f(demo.path);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    before = f.readAll();
+  }
+  QByteArray Bytes() {
+    QFile f(demo.path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+  }
+  TestHome home;
+  DemoOuting demo;
+  QByteArray before;
+};
+
+// The beacon table is the only thing that changes in the file, and reopening gives the same laps.
+TEST_F(BeaconFileTest, SavedBeaconsChangeOnlyTheBeaconFields) {
+  Workspace& ws = home.ws();
+  OutingRec& o = OutingAt(ws, 0);
+  const int laps = o.LastLap;
+  frmInsertBeacon d(ws, 0);
+  d.Selected = 2;
+  const double half = (d.Rows[3] - d.Rows[2]) / 2.0;
+  ASSERT_TRUE(d.InsertByTime(QString::number(half / 1000, 'f', 3)));
+  ASSERT_TRUE(d.cmdOK());
+  EXPECT_EQ(o.LastLap, laps + 1);
+  const QByteArray after = Bytes();
+  ASSERT_EQ(after.size(), before.size());
+  for (qsizetype i = 0; i < after.size(); ++i) {
+    const bool beacon_field = (i >= 74 && i < 76) || (i >= 1280 && i < 1280 + 4 * kMaxBeacons);
+    if (!beacon_field && after[i] != before[i]) {
+      ADD_FAILURE() << "byte " << i << " changed";
+      break;
+    }
+  }
+  std::vector<int32_t> starts;
+  for (const LapRec& l : o.Laps) starts.push_back(l.StartTime);
+  ASSERT_TRUE(home.Load(1, demo.path));
+  std::vector<int32_t> again;
+  for (const LapRec& l : OutingAt(ws, 1).Laps) again.push_back(l.StartTime);
+  EXPECT_EQ(again, starts);
+}
+
+TEST_F(BeaconFileTest, InsertByDistanceFindsTheTimeTheLapReachesIt) {
+  Workspace& ws = home.ws();
+  const OutingRec& o = OutingAt(ws, 0);
+  const float ms = DistanceToTime(ws, 0, 2, 1000);
+  ASSERT_GT(ms, 0);
+  EXPECT_NEAR(TimeToDistance(ws, 0, 2, ms), 1000, 1.0);
+  EXPECT_EQ(InsertDistanceTime(ws, 0, 2, QStringLiteral("999999")), 0);
+  EXPECT_EQ(LastMessage(home.messages).text, QStringLiteral("Error: Unable to calculate laptime from data"));
+  (void)o;
+}
+
+TEST_F(BeaconFileTest, ShiftByDistanceMovesTheInnerBeacons) {
+  Workspace& ws = home.ws();
+  OutingRec& o = OutingAt(ws, 0);
+  std::vector<LapRec> old = o.Laps;
+  for (double shift : {50.0, -50.0}) {
+    o.Laps = old;
+    ASSERT_TRUE(ShiftDistance(ws, 0, shift));
+    EXPECT_EQ(o.BeaconShift, static_cast<float>(shift));
+    EXPECT_EQ(o.Laps[0].StartTime, old[0].StartTime);
+    EXPECT_EQ(o.Laps[o.LastLap].StartTime, old[o.LastLap].StartTime);
+    for (int i = 1; i <= o.LastLap - 2; ++i) {
+      // About 50 m at racing speed is well under two seconds, and the right way round.
+      const int moved = o.Laps[i].StartTime - old[i].StartTime;
+      EXPECT_GT(moved * shift, 0) << i;
+      EXPECT_LT(std::abs(moved), 2000) << i;
+    }
+  }
+  o.Laps = old;
+  ShiftTime(ws, 0, 1.5);
+  EXPECT_EQ(o.Laps[1].StartTime, old[1].StartTime + 1500);
+  EXPECT_EQ(o.Laps[o.LastLap - 1].StartTime, old[o.LastLap - 1].StartTime);
+}
+
+TEST_F(BeaconFileTest, FailedWriteSaysSoAndKeepsTheFile) {
+  Workspace& ws = home.ws();
+  OutingAt(ws, 0).FileName = home.Path(QStringLiteral("missing/NONE.DAT"));
+  EXPECT_FALSE(WriteBeacons(ws, 0));
+  EXPECT_EQ(LastMessage(home.messages).text, QStringLiteral("Error updating beacon data"));
+  EXPECT_EQ(LastMessage(home.messages).title, QStringLiteral("Insert Beacon"));
+}
+
+// A writer killed at any moment leaves the old file or the new one, never a mix. The child
+// rewrites the beacons in a loop between two tables; the parent kills it at varying moments.
+TEST_F(BeaconFileTest, KilledWriterLeavesOldOrNewFile) {
+  Workspace& ws = home.ws();
+  OutingRec& o = OutingAt(ws, 0);
+  const std::vector<LapRec> a = o.Laps;
+  std::vector<LapRec> b = a;
+  for (std::size_t i = 1; i + 1 < b.size(); ++i) b[i].StartTime += 7;
+  ASSERT_TRUE(WriteBeacons(ws, 0));
+  const QByteArray file_a = Bytes();
+  o.Laps = b;
+  ASSERT_TRUE(WriteBeacons(ws, 0));
+  const QByteArray file_b = Bytes();
+  ASSERT_NE(file_a, file_b);
+  for (int round = 0; round < 12; ++round) {
+    const pid_t pid = fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+      for (int k = 0;; ++k) {
+        o.Laps = k % 2 ? a : b;
+        WriteBeacons(ws, 0);
+      }
+    }
+    usleep(static_cast<useconds_t>(3000 + round * 2500));
+    kill(pid, SIGKILL);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    const QByteArray now = Bytes();
+    EXPECT_TRUE(now == file_a || now == file_b) << "round " << round;
+  }
+}
+
+}  // namespace
