@@ -128,18 +128,7 @@ void frmTrackSplits::ReloadTempSplits() {
   ws_.Track.SplitCount = saved_count_;
 }
 
-QString frmTrackSplits::DrawSplitCursor(int point) const {
-  const auto& pts = ws_.Track.TrackPoints;
-  if (point < 0 || point >= static_cast<int>(pts.size())) return QString();
-  const TrackPoint& p = pts[static_cast<std::size_t>(point)];
-  QString text = QStringLiteral("Distance : ") + QString::number(p.Distance) +
-                 (Metric(ws_) ? QStringLiteral(" mtrs") : QStringLiteral(" feet"));
-  if (ws_.Track.CreateMode == 2) {
-    text += QStringLiteral("  Lat : ") + QString::number(p.Lat, 'f', 4) + QStringLiteral(" deg") +
-            QStringLiteral("  Long : ") + QString::number(p.Long, 'f', 4) + QStringLiteral(" deg");
-  }
-  return text;
-}
+QString frmTrackSplits::DrawSplitCursor(int point) const { return TrackPointText(ws_, Metric(ws_), point); }
 
 frmUserSplits::frmUserSplits(Workspace& ws, float lap_distance) : ws_(ws), lap_distance_(lap_distance) {}
 

@@ -198,6 +198,19 @@ QByteArray TrackFileBytes(const Workspace& ws, const QString& outing_name) {
   return out;
 }
 
+QString TrackPointText(const Workspace& ws, bool metric, int point) {
+  const auto& pts = ws.Track.TrackPoints;
+  if (point < 0 || point >= static_cast<int>(pts.size())) return QString();
+  const TrackPoint& p = pts[static_cast<std::size_t>(point)];
+  QString text = QStringLiteral("Distance : ") + QString::number(p.Distance) +
+                 (metric ? QStringLiteral(" mtrs") : QStringLiteral(" feet"));
+  if (ws.Track.CreateMode == 2) {
+    text += QStringLiteral("  Lat : ") + QString::number(p.Lat, 'f', 4) + QStringLiteral(" deg") +
+            QStringLiteral("  Long : ") + QString::number(p.Long, 'f', 4) + QStringLiteral(" deg");
+  }
+  return text;
+}
+
 frmTrackData::frmTrackData(Workspace& ws) : ws_(ws) {
   const FolderRec& folder = ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)];
   TrackName = ws.Track.TrackName;

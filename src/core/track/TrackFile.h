@@ -25,6 +25,10 @@ void UnloadTrack(Workspace& ws);
 // TrackScale and the offsets that fit the map into a surface of width by height.
 void FitTrackToArea(Workspace& ws, double width, double height);
 
+// The point under the mouse: "Distance : 1234 mtrs" (or " feet"), and for a GPS map its
+// "Lat : " and "Long : " in degrees; empty off the map.
+QString TrackPointText(const Workspace& ws, bool metric, int point);
+
 // The whole file for the map in ws.Track, its header stamped with `outing_name`.
 QByteArray TrackFileBytes(const Workspace& ws, const QString& outing_name);
 

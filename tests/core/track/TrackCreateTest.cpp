@@ -5,7 +5,10 @@
 #include <cmath>
 
 #include "../TestOutings.h"
+#include "core/track/TrackFile.h"
 #include "core/track/TrackState.h"
+#include "core/track/frmTrackNew.h"
+#include "core/outing/HeaderProcessing.h"
 
 using namespace test_outings;
 
@@ -165,6 +168,58 @@ TEST(TrackCreateTest, GpsStartAndDueNorthKeepTheAngle) {
   EXPECT_NEAR(p[3].X, 0.001, 1e-5);
   EXPECT_EQ(p[3].Distance, 120);
   EXPECT_EQ(p[3].Lat, 52.0f);
+}
+
+}  // namespace
+
+namespace {
+
+// The window on a demo outing: lap stepping stops at the ends, settings survive closing, and the
+// map saved is the one on the screen.
+TEST(frmTrackNewTest, StepsLapsAndSavesTheMapShown) {
+  TestHome home;
+  DemoOuting demo = MakeDemoOuting(QStringLiteral("SPIE0201.DAT"), home.Path(QString()), 2);
+  ASSERT_TRUE(home.Load(0, demo.path));
+  Workspace& ws = home.ws();
+  ws.Paths.TrackDirectory = home.Path(QStringLiteral("Track"));
+  OutingAt(ws, 0).CurLap = 1;
+  frmTrackNew form(ws, 0);
+  ASSERT_TRUE(form.Created());
+  EXPECT_EQ(form.Title(), QStringLiteral("Create Track : Lap (001)"));
+  const int last = OutingAt(ws, 0).LastLap - 1;
+  EXPECT_TRUE(form.mnuSelectLap(last));
+  EXPECT_FALSE(form.mnuNextLap());
+  EXPECT_EQ(form.Lap(), last);
+  EXPECT_TRUE(form.mnuPreviousLap());
+  EXPECT_TRUE(form.mnuSelectLap(1));
+  TrackSettings typed = form.Settings;
+  typed.GlobalAngle = 400;  // ignored
+  typed.LatGIncrement = -0.4;
+  EXPECT_TRUE(form.Recreate(typed));
+  EXPECT_EQ(form.Settings.GlobalAngle, 180);
+  EXPECT_EQ(form.Settings.LatGIncrement, 0.4);
+  form.mnuCorner(0, 9);
+  EXPECT_EQ(form.CursorText(5), QStringLiteral("Distance : 5 mtrs"));
+  ASSERT_TRUE(form.cmdSave(QStringLiteral("Ring.bak"), QStringLiteral("test")));
+  form.Close();
+  EXPECT_EQ(ReadTrackSettings(ws).LatGIncrement, 0.4);
+  const QString path = JoinPath(ws.Paths.TrackDirectory, QStringLiteral("Ring.MAP"));
+  EXPECT_EQ(ws.FolderTable[0].TrackFile, path);
+  BareWorkspace r;
+  ASSERT_TRUE(LoadTrackFile(r.ws, path));
+  EXPECT_EQ(r.ws.Track.PointCount, ws.Track.PointCount);
+  EXPECT_EQ(r.ws.Track.FirstSegmentKind, 1);  // the lap starts on the corner marked above
+  EXPECT_EQ(r.ws.Track.SplitPoints, r.ws.Track.SegmentStart);
+  EXPECT_NEAR(r.ws.Track.OfficialLength, ws.TrackLength / 1000, 1e-4);
+  EXPECT_TRUE(form.mnuReset());
+  EXPECT_EQ(form.Settings.LatGIncrement, 0.3);
+}
+
+TEST(frmTrackNewTest, NewMapNeedsAnOuting) {
+  BareWorkspace b;
+  EXPECT_FALSE(CanMakeNewMap(b.ws));
+  EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("No Outing Loaded"));
+  EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("New Track"));
 }
 
 }  // namespace
