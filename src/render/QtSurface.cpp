@@ -17,6 +17,7 @@ void QtSurface::Prepare(int color, bool fill) {
   p_.setCompositionMode(DrawMode == kDrawXor ? QPainter::RasterOp_SourceXorDestination : QPainter::CompositionMode_SourceOver);
   QPen pen(ToQColor(color));
   pen.setWidth(std::max(1, DrawWidth));
+  pen.setCosmetic(true);  // widths in pixels: the raster engine's fast path for thin lines
   pen.setStyle(DrawStyle == kDotted ? Qt::DotLine : Qt::SolidLine);
   p_.setPen(pen);
   p_.setBrush(fill ? QBrush(ToQColor(color)) : Qt::NoBrush);

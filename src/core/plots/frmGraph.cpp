@@ -84,9 +84,10 @@ void frmGraph::DoTimePlot(int slot, int lap, int channel) {
   const double offset = GetTileOffset(ws_, slot, lap, channel, Round(h - 1050));
   const double floor = FolderTiled(ws_) ? Round(h - kPlotBottom - offset) : Round(h - kPlotBottom);
   const double min = OutingAt(ws_, slot).Channels[static_cast<std::size_t>(channel)].TimeMin;
+  const double right = DataRight();
   points_.clear();
   for (int64_t i = std::max<int64_t>(FirstIndex, 0); i <= LastIndex; i += IndexStep) {
-    const double x = std::clamp((static_cast<double>(i) - FirstTime) * XScale + kPlotLeft, kPlotLeft, DataRight());
+    const double x = std::clamp((static_cast<double>(i) - FirstTime) * XScale + kPlotLeft, kPlotLeft, right);
     const double y = std::clamp(h - kPlotBottom - offset - (v[static_cast<std::size_t>(i)] - min) * YScale, kPlotTop, floor);
     points_.push_back(s_.ToPixels(x, y));
   }

@@ -1,0 +1,129 @@
+// A full redraw of the time graph, 8 channels over 4 whole laps of the demo's Silverstone outing,
+// onto a 1600 x 900 picture, and a cursor move, which must not redraw the traces. With
+// --polylines FILE it also writes the thinned traces in pixels, one line of "x y x y ..." each,
+// for plot_matplotlib.py to draw the same polylines with matplotlib's Agg backend.
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <cstring>
+
+#include "BenchOutings.h"
+#include "core/outing/OpenOuting.h"
+#include "core/plots/PlotScale.h"
+#include "core/plots/RecordingSurface.h"
+#include "core/plots/frmGraph.h"
+#include "core/track/DistanceTime.h"
+#include "render/QtSurface.h"
+
+namespace {
+
+const char* kChannels[] = {"SYSTEM SPEED", "THROTTLE", "BRAKE PRESSURE", "RPM", "LATERAL G", "LONG G", "STEERING", "GEAR"};
+
+// The outing in slot 0 with laps 2..5 and the eight channels shown, the view over a whole lap.
+Workspace& GraphWorkspace() {
+  static Workspace* ws = [] {
+    BenchHome& home = TheBenchHome();
+    Workspace& w = *home.ws;
+    w.CurFolder = 0;
+    w.CurOuting = 0;
+    if (!OpenOuting(w, home.outing)) std::abort();
+    OutingRec& o = w.FolderTable[0].Outings[0];
+    int color = 0;
+    for (int lap = 2; lap <= 5; ++lap) {
+      o.Laps[static_cast<std::size_t>(lap)].Shown = -1;
+      for (const char* name : kChannels) {
+        const int c = FindChannelByName(w, 0, 0, QString::fromLatin1(name));
+        LapChannelRec& cache = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)];
+        cache.Shown = -1;
+        cache.Color = static_cast<int16_t>(color++ % kPaletteSize);
+      }
+    }
+    o.CurLap = 2;
+    FolderRec& f = w.FolderTable[0];
+    f.SelOuting = 0;
+    f.ActiveChannel = static_cast<int16_t>(FindChannelByName(w, 0, 0, QStringLiteral("SYSTEM SPEED")));
+    f.TimeStart = 0;
+    f.TimeEnd = static_cast<int32_t>(GetMaxTime(w));
+    f.CursorTime = 30000;
+    return &w;
+  }();
+  return *ws;
+}
+
+void BM_DrawLineGraphs(benchmark::State& state) {
+  Workspace& ws = GraphWorkspace();
+  QImage image(1600, 900, QImage::Format_RGB32);
+  QPainter painter(&image);
+  QtSurface surface(painter, image.size());
+  frmGraph graph(ws, surface);
+  graph.DrawLineGraphs();  // the samples come into the cache once
+  for (auto _ : state) graph.DrawLineGraphs();
+}
+BENCHMARK(BM_DrawLineGraphs)->Unit(benchmark::kMillisecond);
+
+// The same without the dotted grid, to see what the grid costs.
+void BM_DrawLineGraphsNoGrid(benchmark::State& state) {
+  Workspace& ws = GraphWorkspace();
+  ws.Options.HorizontalGrid = ws.Options.VerticalGrid = false;
+  QImage image(1600, 900, QImage::Format_RGB32);
+  QPainter painter(&image);
+  QtSurface surface(painter, image.size());
+  frmGraph graph(ws, surface);
+  for (auto _ : state) graph.DrawLineGraphs();
+  ws.Options.HorizontalGrid = ws.Options.VerticalGrid = true;
+}
+BENCHMARK(BM_DrawLineGraphsNoGrid)->Unit(benchmark::kMillisecond);
+
+// A cursor move: the old cursor drawn again (taking it away), the new one drawn, the status
+// line written.
+void BM_CursorMove(benchmark::State& state) {
+  Workspace& ws = GraphWorkspace();
+  QImage image(1600, 900, QImage::Format_RGB32);
+  QPainter painter(&image);
+  QtSurface surface(painter, image.size());
+  frmGraph graph(ws, surface);
+  graph.DrawLineGraphs();
+  FolderRec& f = ws.FolderTable[0];
+  double old_x = graph.CursorX(), old_y = graph.CursorY;
+  for (auto _ : state) {
+    f.CursorTime += 10;
+    graph.UpdateCursorValues();
+    old_y = graph.DrawCursor(old_x, old_y);
+    old_x = graph.CursorX();
+  }
+}
+BENCHMARK(BM_CursorMove)->Unit(benchmark::kMicrosecond);
+
+void WritePolylines(const char* path) {
+  Workspace& ws = GraphWorkspace();
+  RecordingSurface surface(1600 * 15, 900 * 15);
+  frmGraph graph(ws, surface);
+  graph.DrawLineGraphs();
+  QFile out(QString::fromLocal8Bit(path));
+  if (!out.open(QIODevice::WriteOnly)) std::abort();
+  for (const DrawOp& op : surface.Of(DrawOp::Kind::Polyline)) {
+    QByteArray line;
+    for (const PixelPoint& p : op.points) line += QByteArray::number(p.x) + ' ' + QByteArray::number(p.y) + ' ';
+    out.write(line.trimmed() + '\n');
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QGuiApplication app(argc, argv);
+  for (int i = 1; i + 1 < argc; ++i) {
+    if (std::strcmp(argv[i], "--polylines") == 0) {
+      WritePolylines(argv[i + 1]);
+      return 0;
+    }
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
