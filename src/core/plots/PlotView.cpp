@@ -5,6 +5,7 @@
 
 #include "core/app/Workspace.h"
 #include "core/outing/HeaderProcessing.h"
+#include "core/plots/RefreshPlots.h"
 #include "core/track/DistanceTime.h"
 
 namespace {
@@ -78,6 +79,7 @@ void ZoomIn(Workspace& ws) {
   const View v = Current(ws);
   const double d = ZoomHalf(ws, v.end - v.start);
   Store(ws, v.start + d, v.end - d);
+  RefreshPlots(ws);
 }
 
 void ZoomOut(Workspace& ws) {
@@ -87,6 +89,7 @@ void ZoomOut(Workspace& ws) {
   const double d = (r / (1 - ws.Options.ZoomPercent / 100) - r) / 2;
   const double start = std::max(0.0, v.start - d);
   Store(ws, start, std::min(v.max, start + r + 2 * d));
+  RefreshPlots(ws);
 }
 
 void ZoomCursor(Workspace& ws) {
@@ -94,6 +97,7 @@ void ZoomCursor(Workspace& ws) {
   const View v = Current(ws);
   const double d = ZoomHalf(ws, v.end - v.start);
   Store(ws, std::max(0.0, v.cursor - d), std::min(v.max, v.cursor + d));
+  RefreshPlots(ws);
 }
 
 void ZoomAll(Workspace& ws) {
@@ -101,6 +105,7 @@ void ZoomAll(Workspace& ws) {
   Store(ws, 0, v.max);
   FolderRec& f = Folder(ws);
   (TimeAxis(ws) ? f.TimeZoomDepth : f.DistanceZoomDepth) = 0;
+  RefreshPlots(ws);
 }
 
 void UndoZoom(Workspace& ws) {
@@ -116,6 +121,7 @@ void UndoZoom(Workspace& ws) {
     f.DistanceStart = f.DistanceZoomStart[at];
     f.DistanceEnd = f.DistanceZoomEnd[at];
   }
+  RefreshPlots(ws);
 }
 
 void ScrollLeft(Workspace& ws) {
@@ -124,6 +130,7 @@ void ScrollLeft(Workspace& ws) {
   const double r = v.end - v.start;
   const double start = std::max(0.0, v.start - ws.Options.ScrollPercent / 100 * r);
   Store(ws, start, start + r);
+  RefreshPlots(ws);
 }
 
 void ScrollRight(Workspace& ws) {
@@ -132,16 +139,19 @@ void ScrollRight(Workspace& ws) {
   const double r = v.end - v.start;
   const double end = std::min(v.max, v.end + ws.Options.ScrollPercent / 100 * r);
   Store(ws, end - r, end);
+  RefreshPlots(ws);
 }
 
 void GotoStart(Workspace& ws) {
   PushView(ws);
   const View v = Current(ws);
   Store(ws, 0, v.end - v.start);
+  RefreshPlots(ws);
 }
 
 void GotoEnd(Workspace& ws) {
   PushView(ws);
   const View v = Current(ws);
   Store(ws, v.max - (v.end - v.start), v.max);
+  RefreshPlots(ws);
 }

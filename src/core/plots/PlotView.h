@@ -2,7 +2,7 @@
 
 // The view commands of the plots: zoom, scroll and go to, on the axis of the window last
 // clicked (time or distance), each keeping the view it leaves in a ten-deep history for Undo.
-// They change the folder's view; the windows then redraw from it.
+// Each changes the folder's view and redraws its windows (RefreshPlots).
 
 struct Workspace;
 

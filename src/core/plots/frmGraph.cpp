@@ -10,6 +10,8 @@
 #include "core/plots/PlotAxes.h"
 #include "core/plots/PlotFormats.h"
 #include "core/plots/PlotScale.h"
+#include "core/plots/PlotView.h"
+#include "core/plots/RefreshPlots.h"
 #include "core/track/DistanceTime.h"
 #include "core/track/Laps.h"
 
@@ -242,4 +244,108 @@ double frmGraph::DrawCursor(double old_x, double old_y) {
   }
   s_.DrawMode = kDrawCopy;
   return new_y;
+}
+
+double frmGraph::TimeAt(double x) const {
+  const FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  return folder.TimeStart + (folder.TimeEnd - folder.TimeStart) * (x - kPlotLeft) / (DataRight() - kPlotLeft);
+}
+
+void frmGraph::MoveCursor(double time) {
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const double old_x = CursorX();
+  folder.CursorTime = static_cast<float>(time);
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(ActiveSlot())];
+  if (o.Loaded != 0 && o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size())) {
+    folder.CursorDistance = TimeToDistance(ws_, ActiveSlot(), o.CurLap, folder.CursorTime);
+  }
+  UpdateCursorValues();
+  CursorY = DrawCursor(old_x, CursorY);
+}
+
+void frmGraph::DrawBand(double x1, double x2) {
+  s_.DrawMode = kDrawXor;
+  s_.Line(std::min(x1, x2), kPlotTop, std::max(x1, x2), s_.ScaleHeight() - kPlotBottom, 16777215, LineKind::FilledBox);
+  s_.DrawMode = kDrawCopy;
+}
+
+void frmGraph::MouseDown(int button, double x, double y) {
+  if (button != 1 || x < kPlotLeft || x > DataRight()) return;
+  ws_.Plots.ActivePlotType = 0;
+  MoveCursor(TimeAt(x));
+  DownX = LastX = x;
+  DownY = LastY = y;
+}
+
+void frmGraph::MouseMove(int button, double x, double y) {
+  if (button != 1 || DownX == -1000) return;
+  // The band from the press to the pointer; drawn again where it was, it goes away.
+  if (LastX != DownX) DrawBand(DownX, LastX);
+  LastX = std::clamp(x, kPlotLeft, DataRight());
+  LastY = y;
+  if (LastX != DownX) DrawBand(DownX, LastX);
+}
+
+void frmGraph::MouseUp(int button, double x, double) {
+  if (button != 1 || DownX == -1000) return;
+  if (LastX != DownX) DrawBand(DownX, LastX);
+  const double down = DownX;
+  DownX = LastX = DownY = LastY = -1000;
+  if (x < kPlotLeft) return ScrollLeft(ws_);
+  if (x > DataRight()) return ScrollRight(ws_);
+  if (std::fabs(x - down) <= s_.ScaleWidth() / 100) return;
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const double t = TimeAt(x);
+  if (std::fabs(t - folder.CursorTime) < 10) return;
+  PushView(ws_);
+  // Dragged either way, the span between press and release becomes the view.
+  folder.TimeStart = static_cast<int32_t>(Round(std::min<double>(folder.CursorTime, t)));
+  folder.TimeEnd = static_cast<int32_t>(Round(std::max<double>(folder.CursorTime, t)));
+  RefreshPlots(ws_);
+}
+
+void frmGraph::NextChannel(int direction) {
+  // The channels shown in the current lap of the outing on the axis, in table order.
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(ActiveSlot())];
+  if (o.Loaded == 0 || o.CurLap < 0 || o.CurLap >= static_cast<int>(o.Laps.size())) return;
+  const auto& caches = o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels;
+  const int n = static_cast<int>(caches.size());
+  for (int k = 1; k <= n; ++k) {
+    const int c = ((folder.ActiveChannel + direction * k) % n + n) % n;
+    if (caches[static_cast<std::size_t>(c)].Shown != 0) {
+      folder.ActiveChannel = static_cast<int16_t>(c);
+      RefreshPlots(ws_);
+      return;
+    }
+  }
+}
+
+void frmGraph::KeyDown(Key key, bool shift, bool ctrl, bool alt) {
+  FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)];
+  switch (key) {
+    case Key::Down: return NextChannel(1);
+    case Key::Up: return NextChannel(-1);
+    case Key::Enter: return shift || ctrl || alt ? ZoomOut(ws_) : ZoomCursor(ws_);
+    case Key::Home: return GotoStart(ws_);
+    case Key::End: return GotoEnd(ws_);
+    case Key::Left:
+    case Key::Right: break;
+  }
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(ActiveSlot())];
+  if (o.Loaded == 0 || folder.ActiveChannel < 0 || folder.ActiveChannel >= static_cast<int>(o.Channels.size())) return;
+  const double rate = o.Channels[static_cast<std::size_t>(folder.ActiveChannel)].Rate;
+  if (!(rate > 0)) return;
+  const double samples = shift ? 100 : ctrl ? 10 : 1;
+  const double step = Round(1 / rate) * samples;
+  const double sample = folder.CursorTime * rate;
+  double t = 0;
+  if (sample != std::floor(sample)) {
+    // Between two samples the first press only goes onto the neighbouring one.
+    t = (key == Key::Right ? std::ceil(sample) : std::floor(sample)) / rate;
+  } else {
+    t = folder.CursorTime + (key == Key::Right ? step : -step);
+  }
+  if (t < folder.TimeStart || t > folder.TimeEnd) return;
+  MoveCursor(t);
 }

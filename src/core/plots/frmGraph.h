@@ -30,6 +30,18 @@ class frmGraph {
   // status line measures dX and dY.
   void DrawDatumPoint();
 
+  // The mouse on the plot, in twips. A press of the left button in the data area puts the cursor
+  // there; a drag shows a band and, released over a wider span than W / 100 and 10 ms, zooms to
+  // it; a release left or right of the area scrolls that way.
+  void MouseDown(int button, double x, double y);
+  void MouseMove(int button, double x, double y);
+  void MouseUp(int button, double x, double y);
+
+  enum class Key { Left, Right, Up, Down, Enter, Home, End };
+  // The cursor by one sample of the active channel (Ctrl 10, Shift 100), the next or previous
+  // channel on the axis, zoom about the cursor (with a modifier out), go to start or end.
+  void KeyDown(Key key, bool shift, bool ctrl, bool alt);
+
   // The cursor's x in twips for the folder's CursorTime.
   double CursorX() const;
 
@@ -43,9 +55,14 @@ class frmGraph {
   double FirstTime = 0, XScale = 0, YScale = 0;
   double CursorY = -1000;
   double MarkX = 0, MarkY = 0, MarkTime = 0, MarkValue = 0;
+  double DownX = -1000, DownY = -1000, LastX = -1000, LastY = -1000;  // -1000: no drag
 
  private:
   double DataRight() const;
+  double TimeAt(double x) const;
+  void MoveCursor(double time);
+  void DrawBand(double x1, double x2);
+  void NextChannel(int direction);
   int ActiveSlot() const;
 
   Workspace& ws_;

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <array>
+#include <functional>
 #include <cstdint>
 
 #include "core/app/Options.h"
@@ -43,6 +44,9 @@ struct FolderRec {
   std::array<int32_t, 11> TimeZoomStart{}, TimeZoomEnd{};
   int16_t DistanceZoomDepth = 0;
   std::array<float, 11> DistanceZoomStart{}, DistanceZoomEnd{};
+  // The open plot windows of this folder, by the order in which they redraw (PlotWindow): each
+  // sets its redraw when it opens and clears it when it closes.
+  std::array<std::function<void()>, 11> Redraw;
 };
 
 struct Workspace;

@@ -188,7 +188,7 @@ TEST(PlotView, ZoomScrollAndTheirHistory) {
   view(4000, 4900), ScrollRight(ws), expect(4100, 5000, "scroll right stops at the end");
   view(1000, 2000), GotoStart(ws), expect(0, 1000, "go to start");
   view(1000, 2000), GotoEnd(ws), expect(4000, 5000, "go to end");
-  view(333, 334), ZoomIn(ws), expect(333, 334, "rounded to whole ms");
+  view(333, 334), ZoomIn(ws), expect(333, 343, "rounded to whole ms, then widened to 10 ms");
 
   ZoomAll(ws);
   expect(0, 5000, "zoom all");

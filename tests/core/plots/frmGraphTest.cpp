@@ -4,6 +4,7 @@
 
 #include "../TestOutings.h"
 #include "core/plots/RecordingSurface.h"
+#include "core/plots/RefreshPlots.h"
 
 namespace {
 
@@ -175,6 +176,95 @@ TEST(frmGraph, FullRedrawDrawsTracesAxesAndLabels) {
   f.surface.ops.clear();
   f.graph.DrawLineGraphs();
   EXPECT_TRUE(f.surface.Of(DrawOp::Kind::Polyline).empty());
+}
+
+TEST(frmGraph, MouseSetsTheCursorAndDragZooms) {
+  GraphFixture f;
+  int redraws = 0;
+  f.folder().Redraw[static_cast<std::size_t>(PlotWindow::Graph)] = [&] { ++redraws; };
+  f.graph.MouseDown(1, 750, 3000);
+  EXPECT_EQ(f.folder().CursorTime, 0);
+  f.graph.MouseUp(1, 750, 3000);
+  f.graph.MouseDown(1, 14250, 3000);
+  EXPECT_EQ(f.folder().CursorTime, 10000);
+  f.graph.MouseUp(1, 14250, 3000);
+  EXPECT_EQ(redraws, 0);
+
+  // A drag of 2,700 twips (2,000 ms) zooms to it, either way; the band goes with the release.
+  f.graph.MouseDown(1, 4800, 3000);
+  f.graph.MouseMove(1, 6000, 3000);
+  f.graph.MouseMove(1, 7500, 3000);
+  f.graph.MouseUp(1, 7500, 3000);
+  EXPECT_EQ(f.folder().TimeStart, 3000);
+  EXPECT_EQ(f.folder().TimeEnd, 5000);
+  EXPECT_EQ(f.folder().TimeZoomDepth, 1);
+  EXPECT_EQ(redraws, 1);
+  int bands = 0;
+  for (const DrawOp& op : f.surface.Of(DrawOp::Kind::FilledBox)) bands += op.mode == kDrawXor;
+  EXPECT_EQ(bands, 4);  // drawn, moved (erase and draw), taken away
+
+  // Shorter than W / 100 (150 twips): no zoom. Released left of the area: a scroll.
+  f.graph.MouseDown(1, 5000, 3000);
+  f.graph.MouseUp(1, 5100, 3000);
+  EXPECT_EQ(f.folder().TimeZoomDepth, 1);
+  f.graph.MouseDown(1, 5000, 3000);
+  f.graph.MouseUp(1, 100, 3000);
+  EXPECT_EQ(f.folder().TimeStart, 2500);
+  EXPECT_EQ(f.folder().TimeZoomDepth, 2);
+}
+
+TEST(frmGraph, KeysMoveTheCursorBySamples) {
+  GraphFixture f;
+  f.folder().CursorTime = 5000;
+  using K = frmGraph::Key;
+  const struct {
+    K key;
+    bool shift, ctrl;
+    float expected;
+  } steps[] = {
+      {K::Right, false, false, 5001}, {K::Left, false, false, 5000}, {K::Right, true, false, 5100},
+      {K::Right, false, true, 5110},  {K::Left, true, false, 5010},
+  };
+  for (const auto& st : steps) {
+    f.graph.KeyDown(st.key, st.shift, st.ctrl, false);
+    EXPECT_EQ(f.folder().CursorTime, st.expected);
+  }
+  f.folder().CursorTime = 5000.4f;  // between two samples: onto the neighbour first
+  f.graph.KeyDown(K::Left, true, false, false);
+  EXPECT_EQ(f.folder().CursorTime, 5000);
+  f.folder().CursorTime = 9950;
+  f.graph.KeyDown(K::Right, true, false, false);  // past the view: ignored
+  EXPECT_EQ(f.folder().CursorTime, 9950);
+
+  // Down: the next channel shown in the lap becomes the axis; Enter zooms about the cursor.
+  OutingRec& o = f.b.Outing();
+  o.Laps[0].LapChannels[1].Shown = -1;
+  o.Channels[1].Rate = 1;
+  f.graph.KeyDown(K::Down, false, false, false);
+  EXPECT_EQ(f.folder().ActiveChannel, 1);
+  f.graph.KeyDown(K::Down, false, false, false);
+  EXPECT_EQ(f.folder().ActiveChannel, 0);
+  f.folder().CursorTime = 4000;
+  f.graph.KeyDown(K::Enter, false, false, false);
+  EXPECT_EQ(f.folder().TimeStart, 1500);
+  EXPECT_EQ(f.folder().TimeEnd, 6500);
+}
+
+TEST(RefreshPlots, RedrawsOpenWindowsInOrderAndMendsANarrowView) {
+  GraphFixture f;
+  std::vector<int> order;
+  f.folder().Redraw[static_cast<std::size_t>(PlotWindow::Histo)] = [&] { order.push_back(3); };
+  f.folder().Redraw[static_cast<std::size_t>(PlotWindow::Graph)] = [&] { order.push_back(0); };
+  f.folder().TimeStart = 100;
+  f.folder().TimeEnd = 105;
+  RefreshPlots(f.b.ws);
+  EXPECT_EQ(f.folder().TimeEnd, 110);
+  EXPECT_TRUE(order.empty());
+  RefreshPlots(f.b.ws);
+  EXPECT_EQ(order, (std::vector<int>{0, 3}));
+  f.b.Outing().Loaded = 0;  // nothing to draw
+  RefreshPlots(f.b.ws);
+  EXPECT_EQ(order.size(), 2u);
 }
 
 }  // namespace
