@@ -9,6 +9,7 @@
 #include "cli/CliWorkspace.h"
 #include "cli/Commands.h"
 #include "core/app/Workspace.h"
+#include "core/outing/HeaderProcessing.h"
 #include "core/track/TrackCreate.h"
 #include "core/track/TrackFile.h"
 
@@ -71,10 +72,15 @@ void AddCreate(CLI::App* track, CliContext& context) {
       context.exit_code = 1;
       return;
     }
+    const int laps = OutingAt(*ws, 0).LastLap;
+    if (laps >= 2 && (opt->lap < 0 || opt->lap >= laps)) {
+      std::fprintf(stderr, "No lap %d: the outing has laps 0 to %d\n", opt->lap, laps - 1);
+      context.exit_code = 1;
+      return;
+    }
     const TrackSettings s = Overridden(ReadTrackSettings(*ws), *opt);
     if (!CreateTrack(*ws, 0, opt->lap, s) ||
         !SaveNewTrack(*ws, 0, QString::fromStdString(opt->name), QString::fromStdString(opt->comment))) {
-      if (opt->lap < 0) std::fprintf(stderr, "No lap %d\n", opt->lap);
       context.exit_code = 1;
       return;
     }
