@@ -94,6 +94,65 @@ void frmGraph::DoTimePlot(int slot, int lap, int channel) {
     points_.push_back(s_.ToPixels(x, y));
   }
   if (!points_.empty()) s_.Polyline(points_);
+  if (ws_.Options.EventMarkers && c.EventEnabled != 0) DoEventPlot(slot, lap, channel);
+}
+
+namespace {
+
+// Whether the event condition (the low six bits of EventFlags) holds for a sample; false for a
+// condition that isn't one of the six.
+bool EventHolds(int condition, float v, float limit) {
+  switch (condition) {
+    case 1: return v > limit;
+    case 2: return v < limit;
+    case 4: return v == limit;
+    case 8: return v != limit;
+    case 16: return v >= 0.5f;
+    case 32: return v < 0.5f;
+    default: return false;
+  }
+}
+
+}  // namespace
+
+void frmGraph::DoEventPlot(int slot, int lap, int channel) {
+  const OutingRec& o = OutingAt(ws_, slot);
+  const ChannelRec& c = o.Channels[static_cast<std::size_t>(channel)];
+  const LapChannelRec& cache = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)];
+  const std::vector<float>& v = cache.Samples;
+  const double h = s_.ScaleHeight(), right = DataRight();
+  const int color = GetChannelColor(ws_, slot, lap, channel);
+  const double bar = Round(h - kPlotBottom - 200 - cache.EventRow * 80.0);
+  const int condition = c.EventFlags & 0x3F;
+  double open = 0;  // x where the event in force began; 0: none
+  for (int64_t i = std::max<int64_t>(FirstIndex, 0); i <= LastIndex && i < static_cast<int64_t>(v.size()); i += IndexStep) {
+    const bool holds = EventHolds(condition, v[static_cast<std::size_t>(i)], c.EventLimit);
+    const double x = (static_cast<double>(i) - FirstTime) * XScale + kPlotLeft;
+    if (open == 0 && holds) {
+      open = x;
+    } else if (open != 0 && !holds) {
+      s_.Line(open, bar, std::min(x, right), bar + 45, color, LineKind::FilledBox);
+      open = 0;
+    }
+  }
+  if (open != 0 && open < right) s_.Line(open, bar, right, bar + 45, color, LineKind::FilledBox);
+  // The lap's minimum (bit 8) and maximum (bit 9) in the view, labelled where they lie.
+  if ((c.EventFlags & 0x300) == 0) return;
+  ComputeTimeStats(ws_, slot, lap, channel);
+  const ChannelStats& st = OutingAt(ws_, slot).Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)].TimeStats;
+  for (const bool maximum : {false, true}) {
+    if ((c.EventFlags & (maximum ? 0x200 : 0x100)) == 0 || st.Valid == 0) continue;
+    const double value = maximum ? st.Max : st.Min;
+    const QString text = FormatAuto(value);
+    double x = (static_cast<double>(maximum ? st.MaxIndex : st.MinIndex) - FirstTime) * XScale + kPlotLeft;
+    const double y = std::max(kPlotTop, ChannelValueToY(ws_, h, slot, lap, channel, value));
+    s_.Line(x - 30, y, x + 30, y, color);
+    if (x >= right - 50) x -= s_.TextWidth(text);
+    s_.ForeColor = color;
+    s_.CurrentX = x;
+    s_.CurrentY = y;
+    s_.Print(text);
+  }
 }
 
 void frmGraph::DrawTimeAxis() {

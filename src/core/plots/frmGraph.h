@@ -19,6 +19,9 @@ class frmGraph {
   void DrawLineGraphs();
   // One trace, thinned to about 2,000 points, clipped to the data area and the channel's band.
   void DoTimePlot(int slot, int lap, int channel);
+  // Bars along the time axis where the channel's event condition holds, and its minimum and
+  // maximum labelled when asked; over the span and scale DoTimePlot left.
+  void DoEventPlot(int slot, int lap, int channel);
   // The time axis in seconds with nice ticks, its grid and the starts of further laps.
   void DrawTimeAxis();
   // The value of the active channel at the cursor and the status line above the plot.

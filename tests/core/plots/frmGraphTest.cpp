@@ -250,6 +250,53 @@ TEST(frmGraph, KeysMoveTheCursorBySamples) {
   EXPECT_EQ(f.folder().TimeEnd, 6500);
 }
 
+TEST(frmGraph, EventBarsWhereTheConditionHolds) {
+  // A view of 500 ms: every sample is looked at, 27 twips apart.
+  const struct {
+    uint16_t flags;
+    float limit;
+    std::size_t bars;
+    double from, to;
+  } cases[] = {
+      {1, 250, 1, 750 + 251 * 27, 14250},    // above 250 to the end: the bar is closed after the loop
+      {2, 100, 1, 750, 750 + 100 * 27},      // below 100 from the first sample
+      {16, 0.5f, 1, 750 + 27, 14250},        // "True" from sample 1 on
+      {4, 300, 1, 750 + 300 * 27, 750 + 301 * 27},  // equal at one sample
+      {3, 0, 0, 0, 0},                       // not one of the six conditions: no bar
+  };
+  for (const auto& c : cases) {
+    GraphFixture f;
+    f.folder().TimeEnd = 500;
+    f.b.ws.Options.EventMarkers = true;
+    ChannelRec& ch = f.b.Outing().Channels[0];
+    ch.EventEnabled = 1;
+    ch.EventFlags = c.flags;
+    ch.EventLimit = c.limit;
+    f.graph.DoTimePlot(0, 0, 0);
+    EXPECT_EQ(f.graph.IndexStep, 1);
+    const auto bars = f.surface.Of(DrawOp::Kind::FilledBox);
+    ASSERT_EQ(bars.size(), c.bars) << c.flags;
+    if (c.bars == 0) continue;
+    EXPECT_NEAR(bars[0].x1, c.from, 1e-6) << c.flags;
+    EXPECT_NEAR(bars[0].x2, c.to, 1e-6) << c.flags;
+    EXPECT_EQ(bars[0].y1, 7050 - 650 - 200);
+    EXPECT_EQ(bars[0].y2, 7050 - 650 - 200 + 45);
+  }
+  // Minimum and maximum labelled: the maximum at the right edge moves left of its point.
+  GraphFixture f;
+  f.folder().TimeEnd = 500;
+  f.b.ws.Options.EventMarkers = true;
+  ChannelRec& ch = f.b.Outing().Channels[0];
+  ch.EventEnabled = 1;
+  ch.EventFlags = 0x300;
+  f.graph.DoTimePlot(0, 0, 0);
+  const std::vector<QString> texts = f.surface.Texts();
+  ASSERT_EQ(texts.size(), 2u);
+  EXPECT_EQ(texts[0], "0.000 ");
+  EXPECT_EQ(texts[1], "500.0 ");
+  EXPECT_EQ(f.surface.Of(DrawOp::Kind::Print)[1].x1, 14250 - 100.0 * 6);
+}
+
 TEST(RefreshPlots, RedrawsOpenWindowsInOrderAndMendsANarrowView) {
   GraphFixture f;
   std::vector<int> order;
