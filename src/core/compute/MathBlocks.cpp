@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/app/Numbers.h"
 #include "core/app/Workspace.h"
 #include "core/compute/MathCompiler.h"
+#include "core/compute/MathEvaluator.h"
 #include "core/compute/MathOperators.h"
 #include "core/compute/OutingConstants.h"
 #include "core/outing/ChannelData.h"
@@ -85,7 +85,7 @@ bool Prepare(Workspace& ws, int slot, int lap, int channel, std::vector<Step>& s
 }
 
 // Samples j0..j0+len-1 of a channel operand: a view when they lie in its samples at the same
-// rate, else decimated or repeated into the slot's buffer, with 0 past the data's end.
+// rate, else brought to the rate in the slot's buffer as the rows are.
 void Load(const Step& s, int64_t j0, int64_t len, Slot& slot) {
   const std::vector<float>& d = *s.data;
   const auto size = static_cast<int64_t>(d.size());
@@ -93,10 +93,7 @@ void Load(const Step& s, int64_t j0, int64_t len, Slot& slot) {
     slot.p = d.data() + j0;
     return;
   }
-  for (int64_t j = 0; j < len; ++j) {
-    const int64_t i = s.ratio == 1.0f ? j0 + j : RoundHalfEven(static_cast<double>(j0 + j) * s.ratio);
-    slot.buffer[static_cast<std::size_t>(j)] = i < size ? d[static_cast<std::size_t>(i)] : 0.0f;
-  }
+  ResampleOperand(d, s.ratio, j0, slot.buffer.data(), len);
   slot.p = slot.buffer.data();
 }
 

@@ -41,22 +41,6 @@ const std::vector<float>& CachedSamples(Workspace& ws, int slot, int lap, int ch
   return OutingAt(ws, slot).Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)].Samples;
 }
 
-// row[j] = data[j x ratio rounded], plain decimation or repetition; samples past the end of the
-// data (a lap running into the end of the file) read 0, as the fetch gives them.
-void Resample(const std::vector<float>& data, float ratio, float* row, int64_t n) {
-  const auto size = static_cast<int64_t>(data.size());
-  if (ratio == 1.0f) {
-    const int64_t m = std::min(n, size);
-    std::copy_n(data.data(), m, row);
-    std::fill(row + m, row + n, 0.0f);
-    return;
-  }
-  for (int64_t j = 0; j < n; ++j) {
-    const int64_t i = RoundHalfEven(static_cast<double>(j) * ratio);
-    row[j] = i < size ? data[static_cast<std::size_t>(i)] : 0.0f;
-  }
-}
-
 void PushChannel(Evaluation& e, int c) {
   OutingRec& o = Outing(e);
   // A "$" reference typed into a formula may name anything: only logged and derived channels
@@ -69,7 +53,7 @@ void PushChannel(Evaluation& e, int c) {
     FetchDerivedChannel(e.ws, e.slot, e.lap, c);
   }
   const float ratio = channel.Rate / ChannelAt(o, e.top).Rate;
-  Resample(CachedSamples(e.ws, e.slot, e.lap, c), ratio, e.stack.NextRow(e.n), e.n);
+  ResampleOperand(CachedSamples(e.ws, e.slot, e.lap, c), ratio, 0, e.stack.NextRow(e.n), e.n);
   ++e.stack.Depth;
 }
 
@@ -145,6 +129,20 @@ void DeltaRow(Workspace& ws, float* a, int64_t n, const ChannelRec& operand) {
 }
 
 }  // namespace
+
+void ResampleOperand(const std::vector<float>& data, float ratio, int64_t first, float* row, int64_t n) {
+  const auto size = static_cast<int64_t>(data.size());
+  if (ratio == 1.0f) {
+    const int64_t m = std::clamp<int64_t>(size - first, 0, n);
+    std::copy_n(data.data() + std::min(first, size), m, row);
+    std::fill(row + m, row + n, 0.0f);
+    return;
+  }
+  for (int64_t j = 0; j < n; ++j) {
+    const int64_t i = RoundHalfEven(static_cast<double>(first + j) * ratio);
+    row[j] = i < size ? data[static_cast<std::size_t>(i)] : 0.0f;
+  }
+}
 
 float* MathStack::Row(int i) {
   if (i < 0 || i >= static_cast<int>(Rows.size())) throw MathBoundsFailure();

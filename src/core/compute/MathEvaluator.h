@@ -40,6 +40,11 @@ struct MathBoundsFailure : std::runtime_error {
 std::vector<float> EvaluateMathChannel(Workspace& ws, int slot, int lap, int channel, int64_t n);
 std::vector<float> EvaluateByRows(Workspace& ws, int slot, int lap, int channel, int64_t n);
 
+// Samples first..first+n-1 of an operand at the rate of the channel being computed:
+// row[j] = data[(first + j) x ratio rounded], plain decimation or repetition. Samples past the end
+// of the data (a lap running into the end of the file) read 0, as the fetch gives them.
+void ResampleOperand(const std::vector<float>& data, float ratio, int64_t first, float* row, int64_t n);
+
 // Level 1 of an evaluation: pushes the result of `channel`'s formula and returns its row,
 // -1 when the formula has no tokens. Throws MathBoundsFailure.
 int EvalMathChannel(Workspace& ws, MathStack& stack, int slot, int lap, int channel, int64_t n);

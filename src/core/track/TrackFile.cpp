@@ -46,6 +46,20 @@ TrackPoint FromRecord(const TrackPointRecord& r) {
   return TrackPoint{r.X, r.Y, r.SampleIndex, r.Corner, r.Distance, r.Mark, r.Lat, r.Long, r.Alt};
 }
 
+// The fields both map layouts share, from their header into the work variables.
+template <class Header>
+void CopyHeaderFields(const Header& h, TrackState& t) {
+  t.TrackHeading = h.TrackHeading;
+  t.TrackMinX = h.TrackMinX, t.TrackMinY = h.TrackMinY, t.TrackMaxX = h.TrackMaxX, t.TrackMaxY = h.TrackMaxY;
+  t.FirstSegmentKind = h.FirstSegmentKind;
+  t.SegmentCount = h.SegmentCount;
+  t.SplitCount = h.SplitCount;
+  t.LapDisplayMode = h.LapDisplayMode;
+  t.OfficialLength = h.OfficialLength;
+  t.TrackComment = h.TrackComment.Trimmed();
+  t.TrackName = h.TrackName.Trimmed();
+}
+
 }  // namespace
 
 bool LoadTrackFile(Workspace& ws, const QString& path) {
@@ -68,15 +82,7 @@ bool LoadTrackFile(Workspace& ws, const QString& path) {
     return FailLoad(ws, BadMap(path));
   }
   t.CreateMode = h.CreateMode;
-  t.TrackHeading = h.TrackHeading;
-  t.TrackMinX = h.TrackMinX, t.TrackMinY = h.TrackMinY, t.TrackMaxX = h.TrackMaxX, t.TrackMaxY = h.TrackMaxY;
-  t.FirstSegmentKind = h.FirstSegmentKind;
-  t.SegmentCount = h.SegmentCount;
-  t.SplitCount = h.SplitCount;
-  t.LapDisplayMode = h.LapDisplayMode;
-  t.OfficialLength = h.OfficialLength;
-  t.TrackComment = h.TrackComment.Trimmed();
-  t.TrackName = h.TrackName.Trimmed();
+  CopyHeaderFields(h, t);
   // A last record cut short reads as zeros past the end of the file.
   const int64_t count = RoundHalfEven(static_cast<double>(size - kTrackHeaderSize) / kTrackPointSize);
   t.TrackPoints.resize(static_cast<std::size_t>(count));
@@ -106,15 +112,7 @@ bool LoadOldTrackFile(Workspace& ws, const QString& path) {
       !CopyTable(h.SplitCount, h.SplitPoints, t.SplitPoints)) {
     return FailLoad(ws, BadMap(path));
   }
-  t.TrackHeading = h.TrackHeading;
-  t.TrackMinX = h.TrackMinX, t.TrackMinY = h.TrackMinY, t.TrackMaxX = h.TrackMaxX, t.TrackMaxY = h.TrackMaxY;
-  t.FirstSegmentKind = h.FirstSegmentKind;
-  t.SegmentCount = h.SegmentCount;
-  t.SplitCount = h.SplitCount;
-  t.LapDisplayMode = h.LapDisplayMode;
-  t.OfficialLength = h.OfficialLength;
-  t.TrackComment = h.TrackComment.Trimmed();
-  t.TrackName = h.TrackName.Trimmed();
+  CopyHeaderFields(h, t);
   const int64_t stored = (size - kOldTrackHeaderSize) / kOldTrackPointSize;
   for (int64_t i = 0; i < stored; i += kOldTrackKeepEvery) {
     const auto r = DecodeRecordBytes<OldTrackPointRecord>(data + kOldTrackHeaderSize + i * kOldTrackPointSize,
