@@ -34,6 +34,10 @@ struct FolderRec {
   int32_t TimeEnd = 0;
   float DistanceStart = 0;
   float DistanceEnd = 0;
+  // Scale of the selected channel, taken when the tree is rebuilt: the time axis and the
+  // frequency plot. 0 and 0 when the channel has no range of its own.
+  float TimeScaleMin = 0, TimeScaleMax = 0;
+  float FftScaleMin = 0, FftScaleMax = 0;
   // The cursor and the channel of the current axis.
   int16_t ActiveChannel = 0;
   float CursorTime = 0;      // ms
@@ -44,6 +48,9 @@ struct FolderRec {
   std::array<int32_t, 11> TimeZoomStart{}, TimeZoomEnd{};
   int16_t DistanceZoomDepth = 0;
   std::array<float, 11> DistanceZoomStart{}, DistanceZoomEnd{};
+  // Further channels whose scales stand in the side panels of the time and distance plots, by
+  // short name: left panel's two columns, then the right panel. Empty: none.
+  std::array<QString, 3> AxisPanelChannels;
   // The open plot windows of this folder, by the order in which they redraw (PlotWindow): each
   // sets its redraw when it opens and clears it when it closes.
   std::array<std::function<void()>, 11> Redraw;
