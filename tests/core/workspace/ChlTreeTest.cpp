@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include "TreeFixture.h"
+#include "core/app/Files.h"
+#include "core/workspace/LapSelection.h"
+#include "core/workspace/TreeNode.h"
+
+namespace {
+
+struct ExpectedNode {
+  QString text;
+  QString tag;
+  int parent;
+  int16_t level;
+};
+
+void ExpectNodes(const std::vector<TreeNode>& nodes, const std::vector<ExpectedNode>& expected) {
+  ASSERT_EQ(nodes.size(), expected.size());
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    EXPECT_EQ(nodes[i].Text, expected[i].text) << i;
+    EXPECT_EQ(nodes[i].Tag, expected[i].tag) << i;
+    EXPECT_EQ(nodes[i].Parent, expected[i].parent) << i;
+    EXPECT_EQ(nodes[i].Level, expected[i].level) << i;
+  }
+}
+
+std::vector<ExpectedNode> SupportNodes(const Workspace& ws, int first) {
+  return {{"Support", "", 0, kLevelSupport},
+          {"(Empty)", "TRAK", first, kLevelSupport},
+          {"Def : " + ws.DscHead.DscTitle.text, "CDEF", first, kLevelSupport},
+          {"Math Channels", "MATH", first, kLevelSupport},
+          {"Constants", "CNST", first, kLevelSupport}};
+}
+
+TEST_F(TreeTest, EmptyFolderShowsRootDatumAndSupport) {
+  tree.LoadTreeData();
+  std::vector<ExpectedNode> expected = {{"Folder - Folder1", "000", -1, kLevelRoot},
+                                        {"Datum - (None)", ":D", 0, kLevelDatum}};
+  for (const ExpectedNode& n : SupportNodes(ws(), 2)) expected.push_back(n);
+  ExpectNodes(tree.Nodes(), expected);
+  EXPECT_EQ(tree.ShowCurrentNode(), -1);
+  EXPECT_EQ(Folder().TreeChannelCount, 0);
+}
+
+TEST_F(TreeTest, TwoOutingsInOrderWithTheirFastLapsAndFirstChannel) {
+  LoadBoth();
+  std::vector<ExpectedNode> expected = {{"Folder - Folder1", "000", -1, kLevelRoot},
+                                        {"Datum - (None)", ":D", 0, kLevelDatum}};
+  const char* files[] = {"SILV0101.DAT", "SILV0102.DAT"};
+  for (int slot = 0; slot < 2; ++slot) {
+    const OutingRec& o = Outing(slot);
+    const int fast = o.FastLap;
+    ASSERT_GT(fast, 0);
+    EXPECT_EQ(o.CurLap, fast);
+    EXPECT_EQ(o.PrevLap, fast);
+    const QString number = QString::asprintf("%03d", o.LapNumberBase + fast);
+    const QString tag = QString::asprintf("%03d", slot);
+    const int outing_node = static_cast<int>(expected.size());
+    expected.push_back({QStringLiteral(" - %1 - M. Castellan").arg(files[slot]) +
+                            (o.TrackName.trimmed().isEmpty() ? QString() : " - " + o.TrackName.trimmed()),
+                        tag, 0, kLevelOuting});
+    expected.push_back({number + " - (" + MinSecMs(RowTime(o, fast + 1) - RowTime(o, fast)) + ")",
+                        tag + QString::asprintf(":%03d", fast), outing_node, kLevelLap});
+    expected.push_back({o.Channels[0].Name, tag + QString::asprintf(":%03d:000", fast), outing_node + 1,
+                        kLevelChannel});
+  }
+  for (const ExpectedNode& n : SupportNodes(ws(), static_cast<int>(expected.size()))) expected.push_back(n);
+  ExpectNodes(tree.Nodes(), expected);
+  EXPECT_EQ(Folder().TreeChannelCount, 2);
+  // The last outing loaded is current, and its channel is the selected node.
+  EXPECT_EQ(ws().CurOuting, 1);
+  EXPECT_EQ(tree.SelectedNode(), 7);
+  EXPECT_EQ(tree.Level(), kLevelChannel);
+}
+
+TEST_F(TreeTest, AClickMakesWhatTheTagNamesCurrent) {
+  LoadBoth();
+  ShowLapLike(Outing(0), 1, Outing(0).CurLap);
+  SetChannelOn(Outing(0), 1, 3, true);
+  tree.LoadTreeData();
+  struct Case {
+    QString tag;
+    int16_t level;
+    int cur_outing, cur_lap, sel_channel;
+  } cases[] = {
+      {"000:001", kLevelLap, 0, 1, -1},
+      {"000:001:003", kLevelChannel, 0, 1, 3},
+      {"001", kLevelOuting, 1, -1, -1},
+      {":D", kLevelDatum, 1, -1, -1},  // the Datum node changes nothing but the level
+      {"000", kLevelRoot, 1, -1, -1},
+  };
+  for (const Case& k : cases) {
+    const int node = NodeAt(k.tag, k.level);
+    ASSERT_GE(node, 0) << k.tag.toStdString();
+    const int16_t channel_before = Folder().SelChannel;
+    tree.SelectNode(node);
+    EXPECT_EQ(tree.SelectedNode(), node);
+    EXPECT_EQ(tree.Level(), k.level) << k.tag.toStdString();
+    EXPECT_EQ(ws().CurOuting, k.cur_outing) << k.tag.toStdString();
+    EXPECT_EQ(Folder().SelOuting, k.cur_outing) << k.tag.toStdString();
+    if (k.cur_lap >= 0) {
+      EXPECT_EQ(Outing(k.cur_outing).CurLap, k.cur_lap);
+    }
+    const int16_t expected_channel = k.sel_channel >= 0 ? static_cast<int16_t>(k.sel_channel) : channel_before;
+    EXPECT_EQ(Folder().SelChannel, expected_channel) << k.tag.toStdString();
+    if (k.sel_channel >= 0) {
+      EXPECT_EQ(Folder().ActiveChannel, k.sel_channel);
+    }
+  }
+}
+
+TEST_F(TreeTest, LapGroupEndsAtTheClosingRow) {
+  LoadBoth();
+  OutingRec& o = Outing(0);
+  const int last = o.LastLap;
+  Folder().LapsDisplayed = 3;
+  for (int lap : {0, last - 2, last - 1}) ShowLapLike(o, lap, o.CurLap);
+  tree.LoadTreeData();
+  struct Case {
+    int start, end_row;
+  } cases[] = {{0, 3}, {last - 2, last}, {last - 1, last}};
+  for (const Case& k : cases) {
+    const int node = NodeAt(QString::asprintf("000:%03d", k.start), kLevelLap);
+    ASSERT_GE(node, 0) << k.start;
+    const QString expected = QString::asprintf("%03d - %03d  (", o.LapNumberBase + k.start,
+                                               o.LapNumberBase + k.end_row - 1) +
+                             MinSecMs(RowTime(o, k.end_row) - RowTime(o, k.start)) + ")";
+    EXPECT_EQ(tree.Nodes()[static_cast<std::size_t>(node)].Text, expected) << k.start;
+  }
+}
+
+TEST(TreeNodeTags, ChannelClassByNumber) {
+  struct Case {
+    int key;
+    ChannelClass cls;
+  } cases[] = {{0, ChannelClass::Analog},    {63, ChannelClass::Analog},   {64, ChannelClass::Digital},
+               {111, ChannelClass::Digital}, {112, ChannelClass::Telltale}, {127, ChannelClass::Telltale},
+               {128, ChannelClass::Ecu},     {191, ChannelClass::Ecu},     {192, ChannelClass::Obm},
+               {255, ChannelClass::Obm},     {256, ChannelClass::Gps},     {287, ChannelClass::Gps},
+               {288, ChannelClass::Pcu},     {351, ChannelClass::Pcu},     {352, ChannelClass::Math},
+               {1024, ChannelClass::Math},   {1027, ChannelClass::Math}};
+  for (const Case& k : cases) EXPECT_EQ(ChannelClassOf(k.key), k.cls) << k.key;
+}
+
+TEST(TreeNodeTags, TagsParseBackToTheirIndexes) {
+  struct Case {
+    QString tag;
+    int outing, lap, channel;
+  } cases[] = {{"003", 3, -1, -1},      {"003:012", 3, 12, -1}, {"015:000:101", 15, 0, 101},
+               {":D", -1, -1, -1},      {"TRAK", -1, -1, -1},   {"", -1, -1, -1},
+               {"03:012", -1, -1, -1},  {"003:012:045:001", -1, -1, -1}};
+  for (const Case& k : cases) {
+    const TreeTagParts p = ParseTreeTag(k.tag);
+    EXPECT_EQ(p.Outing, k.outing) << k.tag.toStdString();
+    EXPECT_EQ(p.Lap, k.lap) << k.tag.toStdString();
+    EXPECT_EQ(p.Channel, k.channel) << k.tag.toStdString();
+  }
+  EXPECT_EQ(ChannelTag(3, 12, 45), "003:012:045");
+}
+
+TEST(LapSelection, ChannelsMatchByNumberThenByName) {
+  OutingRec o;
+  const std::pair<int, const char*> channels[] = {{5, "SYSTEM SPEED"}, {40, "RPM"}, {1027, "BRAKE BIAS"}};
+  for (const auto& [key, name] : channels) {
+    ChannelRec c;
+    c.Key = static_cast<uint16_t>(key);
+    c.ShortName = QString::fromLatin1(name);
+    o.Channels.push_back(c);
+  }
+  struct Case {
+    ChannelRef ref;
+    int expected;
+  } cases[] = {
+      {{40, "ENGINE"}, 1},           // the number wins over another name
+      {{99, "rpm "}, 1},             // no such number: the name, trimmed, case ignored
+      {{1027, "OTHER MATH"}, 2},
+      {{99, "WATER TEMP"}, -1},
+      {{-1, ""}, -1},
+  };
+  for (const Case& k : cases) EXPECT_EQ(MatchChannel(o, k.ref), k.expected) << k.ref.ShortName.toStdString();
+}
+
+}  // namespace
