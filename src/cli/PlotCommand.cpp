@@ -1,4 +1,5 @@
-// `orlan plot OUTING [OUTING...] --channels A,B --laps fast|all|N,M [--tile] [--start S --end E]
+// `orlan plot OUTING [OUTING...] --channels A,B --laps fast|all|N,M [--tile] [--theme light|dark]
+// [--start S --end E]
 // [--width W --height H] --out graph.png`: the time graph drawn offscreen into a picture, by the
 // same frmGraph and QtSurface that the window uses.
 
@@ -25,6 +26,7 @@ struct PlotOptions {
   std::string channels;
   std::string laps = "fast";
   bool tile = false;
+  std::string theme = "light";
   double start = -1, end = -1;  // seconds from the lap's start; -1: the whole span
   int width = 1600, height = 900;
   std::string out;
@@ -128,6 +130,7 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
   folder.SelOuting = 0;
   ws->CurOuting = 0;
   folder.Options.TileGraphs = opt.tile;
+  ws->Options.ColorTheme = opt.theme == "dark" ? 1 : 0;
   GetTileCount(*ws);
   const double max_ms = GetMaxTime(*ws);
   folder.TimeStart = opt.start >= 0 ? static_cast<int32_t>(std::nearbyint(opt.start * 1000)) : 0;
@@ -157,6 +160,8 @@ void AddPlotCommand(CLI::App& cli, CliContext& context) {
   sub->add_option("--channels", opt->channels, "Channel names, comma separated")->required();
   sub->add_option("--laps", opt->laps, "\"fast\", \"all\" (the timed laps) or lap indices, comma separated");
   sub->add_flag("--tile", opt->tile, "One band per channel");
+  sub->add_option("--theme", opt->theme, "\"light\" (black on white) or \"dark\" (white on black)")
+      ->check(CLI::IsMember({"light", "dark"}));
   sub->add_option("--start", opt->start, "Start of the view, seconds from the lap's start");
   sub->add_option("--end", opt->end, "End of the view, seconds from the lap's start");
   sub->add_option("--width", opt->width, "Picture width in pixels")->check(CLI::Range(200, 10000));

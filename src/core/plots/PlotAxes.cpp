@@ -48,36 +48,65 @@ int ForegroundColor(const Workspace& ws) {
   }
 }
 
-QString DrawAxisSingle(Workspace& ws, Surface& s, AxisKind kind, int slot, int lap, int channel) {
+namespace {
+
+// One 50-step scale: ticks from the axis line towards the labels, a label every fifth tick, the
+// units above the last label, and the grid across the data area when there is one to cross.
+struct ScaleLayout {
+  double axis_x;       // where the axis line stands
+  double direction;    // -1: ticks to the left of the line, +1: to the right
+  double label_edge;   // labels start here, or end here when right-aligned
+  bool align_right;
+  double grid_right;   // 0: no grid on this surface
+};
+
+void DrawScale50(Workspace& ws, Surface& s, const ScaleLayout& at, AxisKind kind, double h, int slot, int lap, int channel) {
   const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
-  const QString caption = c.Name.trimmed() + (kind == AxisKind::Distance ? QStringLiteral(" vs Distance") : QStringLiteral(" vs Time"));
-  const bool tiled = FolderTiled(ws);
-  if (tiled && ws.Options.AutoTileMode) return caption;
-  const double w = s.ScaleWidth(), h = s.ScaleHeight();
   const Range r = ChannelRange(c, kind);
   const double step = (r.max - r.min) / 50;
   double spacing = (h - 1050) / 50;
-  if (tiled) spacing = (c.TileTop - c.TileBottom) * spacing / 100;
+  if (FolderTiled(ws)) spacing = (c.TileTop - c.TileBottom) * spacing / 100;
   const double offset = GetTileOffset(ws, slot, lap, channel, h - 1050);
   const int color = GetChannelColor(ws, slot, lap, channel);
   s.ForeColor = color;
-  double label_x = kPlotLeft - 250, last_y = h - kPlotBottom;
+  double label_x = at.label_edge, last_y = h - kPlotBottom;
   for (int i = 1; i <= 49; ++i) {
     const double y = h - kPlotBottom - offset - i * spacing;
     last_y = y;
-    s.Line(kPlotLeft, y, 675, y, color);
+    s.Line(at.axis_x, y, at.axis_x + at.direction * 75, y, color);
     if (i % 5 != 0) continue;
-    s.Line(kPlotLeft, y, 600, y, color);
+    s.Line(at.axis_x, y, at.axis_x + at.direction * 150, y, color);
     const QString text = FormatAuto(i * step + r.min);
-    PrintScaleLabel(s, text, y);
-    label_x = kPlotLeft - 250 - s.TextWidth(text);
-    if (ws.Options.HorizontalGrid) DottedLine(s, kPlotLeft, y, w - RightMargin(ws));
+    label_x = at.align_right ? at.label_edge - s.TextWidth(text) : at.label_edge;
+    s.CurrentX = label_x;
+    s.CurrentY = y - s.TextHeight(QStringLiteral("0")) / 2;
+    s.Print(text);
+    if (at.grid_right > 0 && ws.Options.HorizontalGrid) DottedLine(s, at.axis_x, y, at.grid_right);
   }
   s.CurrentX = label_x + 75;
   s.CurrentY = last_y - 100;
   s.Print(c.Units.trimmed());
-  s.Line(kPlotLeft, kPlotTop, kPlotLeft, h - kPlotBottom, color);
+  s.Line(at.axis_x, kPlotTop, at.axis_x, h - kPlotBottom, color);
+}
+
+}  // namespace
+
+QString DrawAxisSingle(Workspace& ws, Surface& s, AxisKind kind, int slot, int lap, int channel) {
+  const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
+  const QString caption = c.Name.trimmed() + (kind == AxisKind::Distance ? QStringLiteral(" vs Distance") : QStringLiteral(" vs Time"));
+  if (FolderTiled(ws) && ws.Options.AutoTileMode) return caption;
+  const ScaleLayout at{kPlotLeft, -1, kPlotLeft - 250, true, s.ScaleWidth() - RightMargin(ws)};
+  DrawScale50(ws, s, at, kind, s.ScaleHeight(), slot, lap, channel);
   return caption;
+}
+
+void DrawAxisPanel(Workspace& ws, Surface& panel, int side, int column, AxisKind kind, int slot, int lap, int channel) {
+  // The left panel holds two scales side by side, labels from x = 75 and 925, each line at its
+  // column's right edge; the right panel holds one, its line next to the plot and its labels
+  // ending at the panel's right margin. Ticks point to the labels.
+  const ScaleLayout at = side == 0 ? ScaleLayout{kPanelColumn * (column + 1) - 100, -1, 75 + kPanelColumn * column, false, 0}
+                                   : ScaleLayout{100, +1, panel.ScaleWidth() - 75, true, 0};
+  DrawScale50(ws, panel, at, kind, panel.ScaleHeight(), slot, lap, channel);
 }
 
 void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel) {

@@ -22,6 +22,14 @@ enum class AxisKind { Time = 0, Distance = 1, XY = 2 };
 // that tiles itself. Returns the caption of the plot: the name and " vs Time" or " vs Distance".
 QString DrawAxisSingle(Workspace& ws, Surface& s, AxisKind kind, int slot, int lap, int channel);
 
+// The side panels beside the time and distance plots carry the scales of further channels: two
+// columns of kPanelColumn twips in the left panel, one in the right.
+inline constexpr double kPanelColumn = 850;
+inline constexpr int kPanelScales = 3;  // left column 0, left column 1, right
+
+// One such scale, as tall as the plot beside it (the panel is the plot's height).
+void DrawAxisPanel(Workspace& ws, Surface& panel, int side, int column, AxisKind kind, int slot, int lap, int channel);
+
 // The 25-step scale of one band of an automatically tiled folder, the channel's name at the top
 // of the band and a line closing it.
 void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel);

@@ -5,6 +5,7 @@
 // on any Surface; the window in ui/ forwards paint, resize, mouse and keys to it.
 
 #include <QString>
+#include <functional>
 #include <vector>
 
 #include "core/plots/Surface.h"
@@ -13,7 +14,9 @@ struct Workspace;
 
 class frmGraph {
  public:
-  frmGraph(Workspace& ws, Surface& surface) : ws_(ws), s_(surface) {}
+  frmGraph(Workspace& ws, Surface& surface) : ws_(ws), s_(&surface) {}
+  // A window paints on a new surface for each event; the graph draws on the last one given.
+  void SetSurface(Surface& surface) { s_ = &surface; }
 
   // The full redraw: traces, axes, status line, cursor.
   void DrawLineGraphs();
@@ -45,6 +48,34 @@ class frmGraph {
   // channel on the axis, zoom about the cursor (with a modifier out), go to start or end.
   void KeyDown(Key key, bool shift, bool ctrl, bool alt);
 
+  // The side panels beside the plot (either may be null): DrawLineGraphs draws the scales of the
+  // folder's AxisPanelChannels on them when the folder is not tiled.
+  void SetAxisPanels(Surface* left, Surface* right);
+  void DrawAxisPanels();
+
+  // The numeric panel: a row for the time and one for each trace, in the order of drawing, with
+  // the values at the cursor.
+  struct NumericRow {
+    QString Caption;  // lblChannel
+    QString Value;    // lblData
+    int Color = 0;
+    double Top = 0;   // twips from the panel's top
+  };
+  std::vector<NumericRow> Numerics;
+  double NumericHeight = 0;  // what the panel needs for its rows, with AutoSizeNumeric
+  // Makes the rows match the traces drawn, 260 twips apart.
+  void LoadDataLabels();
+  // Fills the values at the cursor; a trace whose lap ends before it gets none.
+  void DrawNumerics();
+  // Paints the rows onto the panel: captions at the left, values right-aligned.
+  void PaintNumerics(Surface& panel) const;
+
+  // Goes to the active channel's minimum or maximum in the view, or to a time: the cursor moves
+  // there and so does the mouse pointer, through MovePointer (x in twips on the plot).
+  void ManualMinMaxMove(bool is_maximum);
+  void ManualMove(double time);
+  std::function<void(double x)> MovePointer;
+
   // The cursor's x in twips for the folder's CursorTime.
   double CursorX() const;
 
@@ -69,6 +100,7 @@ class frmGraph {
   int ActiveSlot() const;
 
   Workspace& ws_;
-  Surface& s_;
+  Surface* s_;
+  Surface* panels_[2] = {nullptr, nullptr};
   std::vector<PixelPoint> points_;  // one buffer for every trace
 };

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "../TestOutings.h"
+#include "GraphFixture.h"
 #include "core/plots/RecordingSurface.h"
 #include "core/plots/RefreshPlots.h"
 
@@ -10,51 +10,15 @@ namespace {
 
 using namespace test_outings;
 
-// One outing: a ramp channel at 1 kHz (0, 1, 2, ... per sample), lap 0 of 10 s shown with it.
-struct GraphFixture {
-  BareWorkspace b;
-  RecordingSurface surface{15000, 7050};  // data area 750..14250 x 400..6400
-  frmGraph graph{b.ws, surface};
-
-  explicit GraphFixture(int samples = 10000) {
-    OutingRec& o = b.Outing();
-    o.Loaded = -1;
-    o.Channels.resize(2);
-    o.LastChannel = 1;
-    ChannelRec& c = o.Channels[0];
-    c.Name = c.ShortName = QStringLiteral("RAMP");
-    c.Units = QStringLiteral("m");
-    c.Rate = 1.0f;
-    c.AutoScale = 0;
-    c.ScreenMin = 0;
-    c.ScreenMax = 10000;
-    c.Decimals = 1;
-    o.Laps.resize(2);
-    o.Laps[1].StartTime = 10000;
-    o.LastLap = 1;
-    for (LapRec& lap : o.Laps) lap.LapChannels.resize(2);
-    o.Laps[0].Shown = -1;
-    LapChannelRec& cache = o.Laps[0].LapChannels[0];
-    cache.Shown = -1;
-    cache.Loaded = -1;
-    for (int i = 0; i <= samples; ++i) cache.Samples.push_back(static_cast<float>(i));
-    FolderRec& f = b.ws.FolderTable[0];
-    f.TimeStart = 0;
-    f.TimeEnd = 10000;
-    f.ActiveChannel = 0;
-    b.ws.Palette[0] = 255;
-  }
-  FolderRec& folder() { return b.ws.FolderTable[0]; }
-};
-
 TEST(frmGraph, TraceIsThinnedToAbout2000Points) {
   const struct {
     int32_t end;
     std::size_t points;
   } cases[] = {
-      {1000, 2001},   // 1,000 ms + the second past the view: 2,000 samples, every one
-      {1500, 1251},   // 2,500 samples: step Round(1.25) = 1... but 2,500 / 1 = 2,501 points? see below
-      {2000, 1501},   // 3,000 samples: step 2
+      {500, 1501},    // the view and the second past it: 1,500 samples, every one
+      {1000, 2001},   // 2,000 samples: step 1
+      {1500, 2501},   // 2,500 samples: step Round(1.25) = 1
+      {2000, 1501},   // 3,000 samples: step Round(1.5) = 2
   };
   for (const auto& c : cases) {
     GraphFixture f;
@@ -65,7 +29,7 @@ TEST(frmGraph, TraceIsThinnedToAbout2000Points) {
     EXPECT_EQ(f.graph.IndexStep, n < 2000 ? 1 : std::llround(std::nearbyint(n / 2000.0)));
     const auto lines = f.surface.Of(DrawOp::Kind::Polyline);
     ASSERT_EQ(lines.size(), 1u);  // one call to the device per trace
-    EXPECT_EQ(lines[0].points.size(), static_cast<std::size_t>(n / f.graph.IndexStep + 1)) << c.end;
+    EXPECT_EQ(lines[0].points.size(), c.points) << c.end;
     EXPECT_EQ(lines[0].color, 255);
   }
 }
@@ -235,6 +199,16 @@ TEST(frmGraph, KeysMoveTheCursorBySamples) {
   f.folder().CursorTime = 9950;
   f.graph.KeyDown(K::Right, true, false, false);  // past the view: ignored
   EXPECT_EQ(f.folder().CursorTime, 9950);
+
+  // At 100 Hz the rate (0.1 a ms) is not exact in binary: a cursor on a sample must still count
+  // as on it, or every press would only go onto the next sample.
+  f.b.Outing().Channels[0].Rate = 0.1f;
+  f.folder().CursorTime = 3010;
+  f.graph.KeyDown(K::Right, true, false, false);
+  EXPECT_EQ(f.folder().CursorTime, 4010);
+  f.graph.KeyDown(K::Left, false, false, false);
+  EXPECT_EQ(f.folder().CursorTime, 4000);
+  f.b.Outing().Channels[0].Rate = 1;
 
   // Down: the next channel shown in the lap becomes the axis; Enter zooms about the cursor.
   OutingRec& o = f.b.Outing();
