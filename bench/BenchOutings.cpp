@@ -8,6 +8,7 @@
 #include "core/app/Files.h"
 #include "core/app/Startup.h"
 #include "core/demo/DemoInstall.h"
+#include "core/outing/OutingWriter.h"
 
 BenchHome& TheBenchHome() {
   static QTemporaryDir dir;
@@ -26,4 +27,28 @@ BenchHome& TheBenchHome() {
     return h;
   }();
   return home;
+}
+
+QString WideBenchOuting() {
+  BenchHome& h = TheBenchHome();
+  const QString path = JoinPath(JoinPath(h.home, "Data"), "WIDE.DAT");
+  OutingHeader header;
+  header.Version = QStringLiteral("8.2.1");
+  header.SystemName = QStringLiteral("ORLAN LOGGER");
+  header.EndTime = 20 * 60 * 1000;
+  header.BeaconCount = 40;
+  for (int b = 0; b < 40; ++b) header.BeaconTimes[static_cast<std::size_t>(b)] = 30000 + b * 29000;
+  std::vector<ChannelBlockData> blocks;
+  for (int i = 0; i < 128; ++i) {
+    ChannelBlockData b;
+    b.Key = static_cast<uint16_t>(i < 64 ? i : (i == 64 ? 70 : 64 + i));
+    b.RateCode = 3;  // 100 Hz
+    b.WordSize = b.Key == 70 ? 4 : 2;
+    if (i < 64) header.InputNames[static_cast<std::size_t>(i)] = QStringLiteral("SENSOR %1").arg(i);
+    const std::vector<double> raw(static_cast<std::size_t>(header.EndTime / 10 + 1), 1000.0);
+    b.Samples = EncodeSamples(b.WordSize == 4 ? SampleType::I32 : SampleType::I16, raw);
+    blocks.push_back(b);
+  }
+  WriteOutingFile(path, header, blocks);
+  return path;
 }

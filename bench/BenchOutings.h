@@ -17,3 +17,7 @@ struct BenchHome {
 
 // Makes the demo installation in a temporary folder (once per process) and a started workspace.
 BenchHome& TheBenchHome();
+
+// WIDE.DAT in the home's data folder: 128 channels (64 analogue inputs named in the header, 64
+// keyed), 40 beacons, 20 minutes at 100 Hz: 30 MB.
+QString WideBenchOuting();

@@ -23,3 +23,4 @@ void AddExportCommand(CLI::App& cli, CliContext& context);
 void AddTrackCommand(CLI::App& cli, CliContext& context);
 void AddSplitsCommand(CLI::App& cli, CliContext& context);
 void AddPlotCommand(CLI::App& cli, CliContext& context);
+void AddGuiCommand(CLI::App& cli, CliContext& context);

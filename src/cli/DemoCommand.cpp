@@ -1,4 +1,4 @@
-// `orlan demo [--home DIR]`: makes the demo installation.
+// `orlan demo [--home DIR]`: makes the demo installation, and the session its first start opens.
 
 #include <cstdio>
 
@@ -6,6 +6,7 @@
 #include "core/app/Messages.h"
 #include "core/app/Paths.h"
 #include "core/demo/DemoInstall.h"
+#include "core/demo/DemoSession.h"
 
 void AddDemoCommand(CLI::App& cli, CliContext& context) {
   auto* sub = cli.add_subcommand("demo", "Make a demo installation in the home folder (what is there is kept)");
@@ -17,6 +18,10 @@ void AddDemoCommand(CLI::App& cli, CliContext& context) {
     QString error;
     if (!CreateDemoInstallation(home, messages, result, &error)) {
       std::fprintf(stderr, "demo: %s\n", qUtf8Printable(error));
+      context.exit_code = 1;
+      return;
+    }
+    if (!WriteDemoSession(home, messages)) {
       context.exit_code = 1;
       return;
     }

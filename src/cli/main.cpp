@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <QCoreApplication>
+#include <QApplication>
 #include <QGuiApplication>
 #include <cstring>
 #include <memory>
@@ -8,11 +9,15 @@
 
 namespace {
 
-// Pictures need a GUI application for fonts; the other commands run without one. Without a
-// display the pictures are painted offscreen.
+// The window needs a widget application; pictures a GUI application for fonts, painted
+// offscreen without a display; the other commands run without either.
 std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv) {
-  bool paints = false;
-  for (int i = 1; i < argc; ++i) paints = paints || std::strcmp(argv[i], "plot") == 0;
+  bool paints = false, window = false;
+  for (int i = 1; i < argc; ++i) {
+    paints = paints || std::strcmp(argv[i], "plot") == 0;
+    window = window || std::strcmp(argv[i], "gui") == 0;
+  }
+  if (window) return std::make_unique<QApplication>(argc, argv);
   if (!paints) return std::make_unique<QCoreApplication>(argc, argv);
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
       qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
@@ -35,6 +40,7 @@ int main(int argc, char** argv) {
   AddTrackCommand(cli, context);
   AddSplitsCommand(cli, context);
   AddPlotCommand(cli, context);
+  AddGuiCommand(cli, context);
   try {
     cli.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

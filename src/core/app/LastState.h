@@ -1,0 +1,18 @@
+#pragma once
+
+// What a start finds of the last session: the folders in use with their outings, the laps each
+// outing shows and the channels on each lap, the Datum and the view. Section "LastState\F<n>"
+// of the program's settings. The windows' geometry is the window's business (ui/).
+
+#include <vector>
+
+struct Workspace;
+
+// Writes the state of all 16 folders; a folder not in use leaves an empty section.
+void SaveFolderState(Workspace& ws);
+
+// Opens again, through OpenOuting, the outings saved for each folder, in their slots, and shows
+// what they showed. An outing whose file has gone is left out without a word; one that fails
+// to load says why as any load does. Returns the folders now in use, in order; folder 0 is in
+// use whatever was saved.
+std::vector<int> ReadFolderState(Workspace& ws);

@@ -1,0 +1,42 @@
+#include "core/demo/DemoSession.h"
+
+#include "core/app/Files.h"
+#include "core/app/LastState.h"
+#include "core/app/Options.h"
+#include "core/app/Startup.h"
+#include "core/app/Workspace.h"
+#include "core/outing/HeaderProcessing.h"
+#include "core/outing/OpenOuting.h"
+#include "core/plots/PlotScale.h"
+#include "core/track/DistanceTime.h"
+
+bool WriteDemoSession(const QString& home, Messages& messages) {
+  Workspace ws(messages, home);
+  if (!StartUp(ws, false)) return false;
+  const QString section = FolderSection("LastState", 0);
+  if (!ws.Settings.ListSection(kAppAnalysis, section).isEmpty()) return true;  // a session of the person's own
+  const QString files[] = {QStringLiteral("SILV0101.DAT"), QStringLiteral("SILV0102.DAT")};
+  FolderRec& folder = ws.FolderTable[0];
+  for (int slot = 0; slot < 2; ++slot) {
+    ws.CurFolder = 0;
+    ws.CurOuting = static_cast<int16_t>(slot);
+    if (!OpenOuting(ws, JoinPath(ws.Paths.DataDirectory, files[slot]))) return false;
+    OutingRec& o = OutingAt(ws, slot);
+    for (LapRec& lap : o.Laps) lap.Shown = 0;
+    o.CurLap = o.PrevLap = o.FastLap;
+    LapRec& fast = o.Laps[static_cast<std::size_t>(o.FastLap)];
+    fast.Shown = -1;
+    for (const char* name : {"SYSTEM SPEED", "THROTTLE"}) {
+      const int c = FindChannelByName(ws, 0, slot, QString::fromLatin1(name));
+      if (c >= 0 && c < static_cast<int>(fast.LapChannels.size())) fast.LapChannels[static_cast<std::size_t>(c)].Shown = -1;
+    }
+  }
+  folder.SelOuting = 0;
+  folder.ActiveChannel = static_cast<int16_t>(std::max(0, FindChannelByName(ws, 0, 0, QStringLiteral("SYSTEM SPEED"))));
+  folder.TimeStart = 0;
+  folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws));
+  SaveFolderState(ws);
+  ws.Settings.WriteBool(kAppAnalysis, FolderSection("Graph", 0), "Active", true);
+  ws.Settings.Sync(kAppAnalysis);
+  return true;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+// The session a demo installation opens with, so that the first start shows something to
+// compare: folder 1 with the two Silverstone runs, each fast lap with the speed and the
+// throttle, and the time graph open.
+
+#include <QString>
+
+class Messages;
+
+// Writes that session into the home's settings unless a session is there already. False when
+// the demo outings can't be loaded (their message went to `messages`).
+bool WriteDemoSession(const QString& home, Messages& messages);

@@ -1,0 +1,175 @@
+#include "ui/GraphWindow.h"
+
+#include <QCursor>
+#include <QDragEnterEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QSplitter>
+
+#include "core/app/Workspace.h"
+#include "core/plots/PlotAxes.h"
+#include "core/plots/RefreshPlots.h"
+#include "render/QtSurface.h"
+#include "ui/PlotCanvas.h"
+
+namespace {
+
+constexpr double kTwips = 15;  // twips a pixel
+
+FolderRec& FolderOf(Workspace& ws, int folder) { return ws.FolderTable[static_cast<std::size_t>(folder)]; }
+
+}  // namespace
+
+GraphWindow::GraphWindow(Workspace& ws, int folder, QWidget* parent)
+    : QWidget(parent), ws_(ws), folder_(folder), graph_(ws, idle_) {
+  setWindowTitle(QStringLiteral("Time Plot"));
+  setFocusPolicy(Qt::StrongFocus);
+  setAcceptDrops(true);
+  left_ = new PlotCanvas;
+  plot_ = new PlotCanvas;
+  right_ = new PlotCanvas;
+  numeric_ = new PlotCanvas;
+  left_->setFixedWidth(static_cast<int>(2 * kPanelColumn / kTwips));
+  right_->setFixedWidth(static_cast<int>(kPanelColumn / kTwips));
+  auto* area = new QWidget;
+  auto* row = new QHBoxLayout(area);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  row->addWidget(left_);
+  row->addWidget(plot_, 1);
+  row->addWidget(right_);
+  split_ = new QSplitter(Qt::Horizontal);  // the sizing bar to the numeric panel
+  split_->addWidget(area);
+  split_->addWidget(numeric_);
+  split_->setStretchFactor(0, 1);
+  split_->setSizes({800, 220});
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(split_);
+  ShowPanels();
+
+  plot_->Mouse = [this](PlotCanvas::MouseKind kind, QMouseEvent* e) { OnMouse(static_cast<int>(kind), e); };
+  plot_->Resized = [this] { Redraw(); };
+  numeric_->Resized = [this] { PaintNumerics(); };
+  graph_.MovePointer = [this](double x) {
+    QCursor::setPos(plot_->mapToGlobal(QPoint(static_cast<int>(x / kTwips), plot_->mapFromGlobal(QCursor::pos()).y())));
+  };
+  FolderOf(ws_, folder_).Redraw[static_cast<std::size_t>(PlotWindow::Graph)] = [this] { Redraw(); };
+}
+
+GraphWindow::~GraphWindow() {
+  FolderOf(ws_, folder_).Redraw[static_cast<std::size_t>(PlotWindow::Graph)] = nullptr;
+}
+
+void GraphWindow::ShowPanels() {
+  const auto& names = FolderOf(ws_, folder_).AxisPanelChannels;
+  left_->setVisible(!names[0].trimmed().isEmpty() || !names[1].trimmed().isEmpty());
+  right_->setVisible(!names[2].trimmed().isEmpty());
+}
+
+void GraphWindow::Redraw() {
+  if (painting_) {
+    redraw_pending_ = true;
+    return;
+  }
+  ShowPanels();
+  for (PlotCanvas* c : {left_, plot_, right_}) c->FitImage();
+  {
+    QPainter left_painter(&left_->Image), right_painter(&right_->Image);
+    QtSurface left(left_painter, left_->Image.size()), right(right_painter, right_->Image.size());
+    graph_.SetAxisPanels(left_->isVisible() ? &left : nullptr, right_->isVisible() ? &right : nullptr);
+    Paint([this] { graph_.DrawLineGraphs(); });
+    graph_.SetAxisPanels(nullptr, nullptr);
+  }
+  left_->update();
+  right_->update();
+  setWindowTitle(graph_.Caption.isEmpty() ? QStringLiteral("Time Plot") : QStringLiteral("Time Plot - ") + graph_.Caption);
+  if (redraw_pending_) {
+    redraw_pending_ = false;
+    Redraw();
+  }
+}
+
+void GraphWindow::Event(const std::function<void()>& draw) {
+  Paint(draw);
+  if (redraw_pending_) {
+    redraw_pending_ = false;
+    Redraw();
+  }
+}
+
+void GraphWindow::Paint(const std::function<void()>& draw) {
+  if (ws_.CurFolder != folder_) return;  // a window of a folder not in view waits for its tab
+  plot_->FitImage();
+  painting_ = true;
+  {
+    QPainter painter(&plot_->Image);
+    QtSurface surface(painter, plot_->Image.size());
+    graph_.SetSurface(surface);
+    draw();
+    graph_.SetSurface(idle_);
+  }
+  painting_ = false;
+  plot_->update();
+  PaintNumerics();
+}
+
+void GraphWindow::PaintNumerics() {
+  numeric_->FitImage();
+  QPainter painter(&numeric_->Image);
+  QtSurface surface(painter, numeric_->Image.size());
+  graph_.PaintNumerics(surface);
+  numeric_->update();
+}
+
+void GraphWindow::OnMouse(int kind, QMouseEvent* e) {
+  const double x = e->position().x() * kTwips, y = e->position().y() * kTwips;
+  switch (static_cast<PlotCanvas::MouseKind>(kind)) {
+    case PlotCanvas::MouseKind::Press:
+      setFocus();
+      if (e->button() == Qt::RightButton) {
+        if (ContextMenu) ContextMenu(e->globalPosition().toPoint(), x < 750);
+        return;
+      }
+      button_ = e->button() == Qt::LeftButton ? 1 : 0;
+      if (button_ == 1) Event([&] { graph_.MouseDown(1, x, y); });
+      return;
+    case PlotCanvas::MouseKind::Move:
+      if (button_ == 1) Event([&] { graph_.MouseMove(1, x, y); });
+      return;
+    case PlotCanvas::MouseKind::Release:
+      if (button_ == 1 && e->button() == Qt::LeftButton) Event([&] { graph_.MouseUp(1, x, y); });
+      button_ = 0;
+      return;
+    case PlotCanvas::MouseKind::DoubleClick:
+      return;
+  }
+}
+
+void GraphWindow::keyPressEvent(QKeyEvent* e) {
+  static const std::pair<int, frmGraph::Key> keys[] = {
+      {Qt::Key_Left, frmGraph::Key::Left}, {Qt::Key_Right, frmGraph::Key::Right}, {Qt::Key_Up, frmGraph::Key::Up},
+      {Qt::Key_Down, frmGraph::Key::Down}, {Qt::Key_Return, frmGraph::Key::Enter}, {Qt::Key_Enter, frmGraph::Key::Enter},
+      {Qt::Key_Home, frmGraph::Key::Home}, {Qt::Key_End, frmGraph::Key::End},
+  };
+  for (const auto& [qt, key] : keys) {
+    if (e->key() != qt) continue;
+    const Qt::KeyboardModifiers m = e->modifiers();
+    Event([&, key = key] { graph_.KeyDown(key, m & Qt::ShiftModifier, m & Qt::ControlModifier, m & Qt::AltModifier); });
+    return;
+  }
+  QWidget::keyPressEvent(e);
+}
+
+void GraphWindow::dragEnterEvent(QDragEnterEvent* e) {
+  if (e->mimeData()->hasFormat(kChannelMime)) e->acceptProposedAction();
+}
+
+void GraphWindow::dropEvent(QDropEvent* e) {
+  const QStringList parts = QString::fromLatin1(e->mimeData()->data(kChannelMime)).split(QLatin1Char(':'));
+  if (parts.size() != 2 || !ChannelDropped) return;
+  e->acceptProposedAction();
+  ChannelDropped(parts[0].toInt(), parts[1].toInt());
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+// The time graph in a child window: the plot, the side panels with further scales, and the
+// numeric panel beyond a sizing bar. The window forwards paint, size, mouse and keys to
+// frmGraph, which draws on a QtSurface over the canvases' pictures. A click moves the cursor by
+// exclusive-or on the picture already drawn; only a change of view redraws the traces.
+
+#include <QWidget>
+#include <functional>
+
+#include "core/plots/RecordingSurface.h"
+#include "core/plots/frmGraph.h"
+
+class PlotCanvas;
+class QSplitter;
+struct Workspace;
+
+class GraphWindow : public QWidget {
+ public:
+  GraphWindow(Workspace& ws, int folder, QWidget* parent = nullptr);
+  ~GraphWindow() override;
+
+  int Folder() const { return folder_; }
+  frmGraph& Graph() { return graph_; }
+  PlotCanvas* Plot() { return plot_; }
+  QSplitter* Splitter() { return split_; }
+
+  // The full redraw (DrawLineGraphs); the folder's RefreshPlots calls it.
+  void Redraw();
+  // Drawing in answer to an event (a click, a key, a menu's go-to): `draw` paints on the picture
+  // as it stands, and a redraw it asked for meanwhile (a zoom at the end of a drag) runs after.
+  void Event(const std::function<void()>& draw);
+
+  // A channel dropped from the tree: outing slot and channel index.
+  std::function<void(int slot, int channel)> ChannelDropped;
+  // Right button: the zoom tools over the data area, the axis menu left of it.
+  std::function<void(QPoint global, bool over_axis)> ContextMenu;
+
+  static constexpr char kChannelMime[] = "application/x-orlan-channel";
+
+ protected:
+  void keyPressEvent(QKeyEvent* e) override;
+  void dragEnterEvent(QDragEnterEvent* e) override;
+  void dropEvent(QDropEvent* e) override;
+
+ private:
+  // Runs `draw` with the graph painting on the plot's picture, then shows the picture.
+  void Paint(const std::function<void()>& draw);
+  void PaintNumerics();
+  void ShowPanels();
+  void OnMouse(int kind, QMouseEvent* e);
+
+  Workspace& ws_;
+  int folder_;
+  RecordingSurface idle_{1, 1};  // the graph's surface between events; nothing draws on it
+  frmGraph graph_;
+  PlotCanvas* left_;
+  PlotCanvas* plot_;
+  PlotCanvas* right_;
+  PlotCanvas* numeric_;
+  QSplitter* split_;
+  bool painting_ = false;
+  bool redraw_pending_ = false;
+  int button_ = 0;  // the button held since the press, 1 left
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+// A widget that shows a picture the plots painted into, and passes on its mouse and its size.
+// The picture is kept between paints: moving the cursor paints on it and shows it again, the
+// traces under it stay as they are.
+
+#include <QImage>
+#include <QWidget>
+#include <functional>
+
+class PlotCanvas : public QWidget {
+ public:
+  explicit PlotCanvas(QWidget* parent = nullptr);
+
+  QImage Image;
+  enum class MouseKind { Press, Move, Release, DoubleClick };
+  std::function<void(MouseKind, QMouseEvent*)> Mouse;
+  std::function<void()> Resized;
+
+  // The picture is as large as the widget; false when it already was.
+  bool FitImage();
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
+  void mousePressEvent(QMouseEvent* e) override;
+  void mouseMoveEvent(QMouseEvent* e) override;
+  void mouseReleaseEvent(QMouseEvent* e) override;
+  void mouseDoubleClickEvent(QMouseEvent* e) override;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+// The channel tree's window: the nodes of frmChlTree in a tree control, with an image per
+// channel class. A click makes the node current; a channel node can be dragged onto a plot; the
+// right button opens the commands of the node's level.
+
+#include <QTreeWidget>
+#include <functional>
+
+class frmChlTree;
+class QMenu;
+
+class TreeWindow : public QTreeWidget {
+ public:
+  TreeWindow(frmChlTree& tree, QWidget* parent = nullptr);
+
+  // Shows the tree's nodes again, the selected one selected; the tree must be loaded first.
+  void Show();
+
+  // Told after a click made another node current, so the plots follow.
+  std::function<void()> SelectionChanged;
+  // The popup menu of the selected node's level.
+  std::function<void(QPoint global)> PopupMenu;
+
+ protected:
+  void mousePressEvent(QMouseEvent* e) override;
+  QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override;
+  QStringList mimeTypes() const override;
+
+ private:
+  frmChlTree& tree_;
+  bool showing_ = false;
+};

@@ -1,0 +1,446 @@
+#include "ui/frmMDIForm.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "core/app/LastState.h"
+#include "core/app/Options.h"
+#include "core/app/Startup.h"
+#include "core/app/Workspace.h"
+#include "core/outing/ChannelData.h"
+#include "core/plots/PlotScale.h"
+#include "core/track/DistanceTime.h"
+#include "core/plots/PlotView.h"
+#include "core/plots/RefreshPlots.h"
+#include "core/workspace/frmGroupLaps.h"
+#include "ui/GraphWindow.h"
+#include "ui/TreeWindow.h"
+
+namespace {
+
+QString Plain(QString text) { return text.remove(QLatin1Char('&')).remove(QStringLiteral("...")); }
+
+FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
+
+}  // namespace
+
+frmMDIForm::frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host)
+    : ws_(ws), host_(host ? std::move(host) : std::make_unique<QtTreeHost>(ws)), tree_(ws, *host_) {
+  host_->SetWindows(this, *this);
+  setWindowTitle(ws_.Title);
+  auto* central = new QWidget;
+  auto* layout = new QVBoxLayout(central);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  tabs_ = new QTabBar;
+  tabs_->setExpanding(false);
+  mdi_ = new QMdiArea;
+  layout->addWidget(tabs_);
+  layout->addWidget(mdi_, 1);
+  setCentralWidget(central);
+
+  tree_view_ = new TreeWindow(tree_);
+  tree_window_ = mdi_->addSubWindow(tree_view_);
+  tree_window_->setWindowFlags(tree_window_->windowFlags() & ~Qt::WindowCloseButtonHint);
+  tree_window_->resize(300, 520);
+  tree_view_->SelectionChanged = [this] { RefreshPlots(ws_); };
+  tree_view_->PopupMenu = [this](QPoint at) { TreeMenu(at); };
+
+  BuildMenus();
+  BuildToolBar();
+  statusBar()->showMessage(QStringLiteral("Ready"));
+
+  // Folder 1 is in use from the start.
+  AddFolderTab(0, ws_.FolderTable[0].Name);
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
+    if (!switching_tabs_ && index >= 0) ShowFolder(tabs_->tabData(index).toInt());
+  });
+  connect(&timer1_, &QTimer::timeout, this, [this] { PollNewData(); });
+  timer1_.start(1000);
+  resize(1280, 800);
+  AfterChange();
+}
+
+frmMDIForm::~frmMDIForm() {
+  timer1_.stop();
+  // The plot windows unregister from the folders while the workspace is still there.
+  for (QMdiSubWindow* w : mdi_->subWindowList()) delete w;
+}
+
+QAction* frmMDIForm::AddAction(QMenu* menu, const QString& text, std::function<void()> run, const QKeySequence& key) {
+  QAction* a = menu->addAction(text);
+  if (!key.isEmpty()) a->setShortcut(key);
+  connect(a, &QAction::triggered, this, [run = std::move(run)] { run(); });
+  actions_[Plain(text)] = a;
+  return a;
+}
+
+QAction* frmMDIForm::Action(const QString& name) const {
+  const auto it = actions_.find(name);
+  return it == actions_.end() ? nullptr : it->second;
+}
+
+void frmMDIForm::BuildMenus() {
+  const auto tree = [this](bool (frmChlTree::*command)()) { return [this, command] { Run([&] { (tree_.*command)(); }); }; };
+  QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+  AddAction(file, QStringLiteral("Add New &Outing(s)..."), tree(&frmChlTree::AddAnotherOuting), QKeySequence::Open);
+  AddAction(file, QStringLiteral("Add Outing(s) to all Folders..."), tree(&frmChlTree::AddGlobalOuting));
+  AddAction(file, QStringLiteral("&Replace Outing..."), tree(&frmChlTree::ReplaceCurrentOuting));
+  AddAction(file, QStringLiteral("Replace All Outings..."), tree(&frmChlTree::ReplaceAllOutings));
+  AddAction(file, QStringLiteral("Replace Outing in All Folders..."), tree(&frmChlTree::ReplaceGlobalOuting));
+  AddAction(file, QStringLiteral("&Delete Outing"), [this] { Run([&] { tree_.DeleteCurrentOuting(ws_.CurOuting); }); });
+  file->addSeparator();
+  AddAction(file, QStringLiteral("Add New &Folder..."), tree(&frmChlTree::AddAnotherFolder));
+  AddAction(file, QStringLiteral("&Edit Folder Name..."), tree(&frmChlTree::mnuEditFolder));
+  AddAction(file, QStringLiteral("Delete Folder"), tree(&frmChlTree::DeleteCurrentFolder));
+  file->addSeparator();
+  AddAction(file, QStringLiteral("E&xit"), [this] { close(); }, QKeySequence::Quit);
+
+  QMenu* laps = menuBar()->addMenu(QStringLiteral("&Laps"));
+  AddAction(laps, QStringLiteral("Add &Lap(s)..."), tree(&frmChlTree::AddAnotherLap));
+  AddAction(laps, QStringLiteral("Add &Next Lap"), tree(&frmChlTree::AddNextLap), Qt::CTRL | Qt::Key_N);
+  AddAction(laps, QStringLiteral("Add &Previous Lap"), tree(&frmChlTree::AddPreviousLap), Qt::CTRL | Qt::Key_P);
+  AddAction(laps, QStringLiteral("&Replace Lap..."), tree(&frmChlTree::ReplaceCurrentLap));
+  AddAction(laps, QStringLiteral("Replace with Next Lap"), tree(&frmChlTree::ReplaceWithNextLap), Qt::CTRL | Qt::SHIFT | Qt::Key_N);
+  AddAction(laps, QStringLiteral("Replace with Previous Lap"), tree(&frmChlTree::ReplaceWithPrevious), Qt::CTRL | Qt::SHIFT | Qt::Key_P);
+  AddAction(laps, QStringLiteral("&Delete Lap"), tree(&frmChlTree::DeleteCurrentLap));
+  laps->addSeparator();
+  QAction* entire = AddAction(laps, QStringLiteral("&Entire Outing"), [this] {
+    Run([&] {
+      // Between the whole outing and the group of laps last asked for.
+      frmGroupLaps form(ws_);
+      form.chkEntireOuting = FolderInView(ws_).LapsDisplayed != frmGroupLaps::kEntireOuting;
+      form.txtLaps = QString::number(FolderInView(ws_).GroupCount);
+      form.cmdOK();
+      tree_.LoadTreeData();
+      ZoomAll(ws_);
+    });
+  });
+  entire->setCheckable(true);
+  AddAction(laps, QStringLiteral("&Group Laps..."), tree(&frmChlTree::mnuGroupLaps));
+  AddAction(laps, QStringLiteral("&Hide Laps..."), tree(&frmChlTree::mnuHideLaps));
+  AddAction(laps, QStringLiteral("Hide Outing"), [this] { Run([&] { tree_.ToggleOutingHidden(); }); });
+  laps->addSeparator();
+  AddAction(laps, QStringLiteral("Lap Colour..."), tree(&frmChlTree::ChangeLapColor));
+  AddAction(laps, QStringLiteral("Outing Colour..."), tree(&frmChlTree::ChangeOutingColor));
+  AddAction(laps, QStringLiteral("Undo Lap Colour"), [this] { Run([&] { tree_.UndoLapColor(); }); });
+  AddAction(laps, QStringLiteral("Undo Outing Colour"), [this] { Run([&] { tree_.UndoOutingColor(); }); });
+
+  QMenu* channels = menuBar()->addMenu(QStringLiteral("&Channels"));
+  AddAction(channels, QStringLiteral("Add &Channel(s)..."), tree(&frmChlTree::AddAnotherChannel), Qt::CTRL | Qt::Key_H);
+  AddAction(channels, QStringLiteral("Add Channel(s) to all Outings..."), tree(&frmChlTree::AddGlobalChannels));
+  AddAction(channels, QStringLiteral("&Replace Channel..."), tree(&frmChlTree::ReplaceCurrentChannel));
+  AddAction(channels, QStringLiteral("Replace Channel in all Outings..."), tree(&frmChlTree::ReplaceGlobalChannel));
+  AddAction(channels, QStringLiteral("Replace All Channels..."), tree(&frmChlTree::ReplaceAllChannels));
+  AddAction(channels, QStringLiteral("&Delete Channel"), tree(&frmChlTree::DeleteCurrentChannel));
+  AddAction(channels, QStringLiteral("Delete Channel from all Outings"), tree(&frmChlTree::DeleteGlobalChannel));
+
+  QMenu* datum = menuBar()->addMenu(QStringLiteral("&Datum"));
+  AddAction(datum, QStringLiteral("Select Datum &Outing..."), tree(&frmChlTree::SelectDatumOuting));
+  AddAction(datum, QStringLiteral("Select Datum &Lap..."), tree(&frmChlTree::ReplaceDatumLap));
+  AddAction(datum, QStringLiteral("&Delete Datum"), [this] { Run([&] { tree_.DeleteDatum(); }); });
+
+  QMenu* plots = menuBar()->addMenu(QStringLiteral("&Plots"));
+  AddAction(plots, QStringLiteral("&Time Plot"), [this] { OpenGraphWindow(); }, Qt::Key_F2);
+  plots->addSeparator();
+  QAction* tile = AddAction(plots, QStringLiteral("Tile &Graphs"), [this] {
+    FolderInView(ws_).Options.TileGraphs = !FolderInView(ws_).Options.TileGraphs;
+    Run([&] { tree_.LoadTreeData(); });
+  });
+  tile->setCheckable(true);
+  QAction* events = AddAction(plots, QStringLiteral("&Event Markers"), [this] {
+    ws_.Options.EventMarkers = !ws_.Options.EventMarkers;
+    AfterChange();
+  });
+  events->setCheckable(true);
+  QAction* measure = AddAction(plots, QStringLiteral("&Measure Cursor"), [this] {
+    ws_.Plots.MeasureCursor = !ws_.Plots.MeasureCursor;
+    AfterChange();
+  });
+  measure->setCheckable(true);
+
+  QMenu* zoom = menuBar()->addMenu(QStringLiteral("&Zoom"));
+  const auto view = [this](void (*command)(Workspace&)) { return [this, command] { command(ws_); }; };
+  AddAction(zoom, QStringLiteral("Zoom &In"), view(&ZoomIn), Qt::Key_PageUp);
+  AddAction(zoom, QStringLiteral("Zoom &Out"), view(&ZoomOut), Qt::Key_PageDown);
+  AddAction(zoom, QStringLiteral("Zoom &All"), view(&ZoomAll), Qt::CTRL | Qt::Key_A);
+  AddAction(zoom, QStringLiteral("Zoom to &Cursor"), view(&ZoomCursor));
+  AddAction(zoom, QStringLiteral("Scroll &Left"), view(&ScrollLeft), Qt::CTRL | Qt::Key_Left);
+  AddAction(zoom, QStringLiteral("Scroll &Right"), view(&ScrollRight), Qt::CTRL | Qt::Key_Right);
+  AddAction(zoom, QStringLiteral("Go to &Start"), view(&GotoStart));
+  AddAction(zoom, QStringLiteral("Go to &End"), view(&GotoEnd));
+  for (const bool maximum : {false, true}) {
+    AddAction(zoom, maximum ? QStringLiteral("Go to Ma&ximum") : QStringLiteral("Go to Mi&nimum"), [this, maximum] {
+      if (GraphWindow* g = GraphOf(ws_.CurFolder)) g->Event([&] { g->Graph().ManualMinMaxMove(maximum); });
+    });
+  }
+  zoom->addSeparator();
+  AddAction(zoom, QStringLiteral("&Undo Zoom"), view(&UndoZoom), QKeySequence::Undo);
+
+  QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
+  AddAction(window, QStringLiteral("Tile &Horizontally"), [this] { mdi_->tileSubWindows(); });
+  AddAction(window, QStringLiteral("&Cascade"), [this] { mdi_->cascadeSubWindows(); });
+  AddAction(window, QStringLiteral("Channel &Tree"), [this] { mdi_->setActiveSubWindow(tree_window_); });
+}
+
+void frmMDIForm::BuildToolBar() {
+  QToolBar* bar = addToolBar(QStringLiteral("Plots"));
+  bar->setObjectName(QStringLiteral("PlotButtons"));
+  static const char* const kShort[] = {"Time", "Dist", "Freq", "XY", "Histo", "Contour", "3D", "Bits", "Num"};
+  for (std::size_t i = 0; i < kPlotButtonToolTips.size(); ++i) {
+    QAction* a = bar->addAction(QString::fromLatin1(kShort[i]));
+    a->setToolTip(QString::fromLatin1(kPlotButtonToolTips[i]));
+    // Only the time graph is built so far; the others stay greyed rather than do nothing.
+    if (i == 0) {
+      connect(a, &QAction::triggered, this, [this] { OpenGraphWindow(); });
+    } else {
+      a->setEnabled(false);
+    }
+    actions_[QStringLiteral("Button ") + QString::fromLatin1(kPlotButtonToolTips[i])] = a;
+  }
+  bar->addSeparator();
+  for (const char* name : {"Zoom In", "Zoom Out", "Zoom All", "Undo Zoom", "Entire Outing", "Event Markers"}) {
+    bar->addAction(Action(QString::fromLatin1(name)));
+  }
+}
+
+void frmMDIForm::Run(const std::function<void()>& command) {
+  command();
+  AfterChange();
+}
+
+void frmMDIForm::AfterChange() {
+  FolderRec& folder = FolderInView(ws_);
+  // A folder that just got its first outing shows all of it.
+  if (folder.TimeEnd - folder.TimeStart <= 10 && AnyOutingLoaded(ws_, ws_.CurFolder)) {
+    folder.TimeStart = 0;
+    folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws_));
+  }
+  tree_.LoadTreeData();
+  tree_view_->Show();
+  Action(QStringLiteral("Entire Outing"))->setChecked(folder.LapsDisplayed == frmGroupLaps::kEntireOuting);
+  Action(QStringLiteral("Tile Graphs"))->setChecked(folder.Options.TileGraphs);
+  Action(QStringLiteral("Event Markers"))->setChecked(ws_.Options.EventMarkers);
+  Action(QStringLiteral("Measure Cursor"))->setChecked(ws_.Plots.MeasureCursor);
+  int outings = 0;
+  for (const OutingRec& o : folder.Outings) outings += o.Loaded != 0;
+  statusBar()->showMessage(QStringLiteral("Folder - %1    %2 outing(s)").arg(folder.Name.trimmed()).arg(outings));
+  RefreshPlots(ws_);
+}
+
+GraphWindow* frmMDIForm::GraphOf(int folder) const {
+  for (QMdiSubWindow* w : mdi_->subWindowList()) {
+    auto* g = dynamic_cast<GraphWindow*>(w->widget());
+    if (g != nullptr && g->Folder() == folder) return g;
+  }
+  return nullptr;
+}
+
+QMdiSubWindow* frmMDIForm::SubWindowOf(QWidget* widget) const {
+  for (QMdiSubWindow* w : mdi_->subWindowList()) {
+    if (w->widget() == widget) return w;
+  }
+  return nullptr;
+}
+
+GraphWindow* frmMDIForm::OpenGraphWindow(bool show) {
+  if (GraphWindow* g = GraphOf(ws_.CurFolder)) {
+    if (show) mdi_->setActiveSubWindow(SubWindowOf(g));
+    return g;
+  }
+  if (!show) return nullptr;
+  auto* g = new GraphWindow(ws_, ws_.CurFolder);
+  g->ChannelDropped = [this](int slot, int channel) { DropChannel(slot, channel); };
+  g->ContextMenu = [this](QPoint at, bool over_axis) { PlotMenu(at, over_axis); };
+  QMdiSubWindow* w = mdi_->addSubWindow(g);
+  w->setAttribute(Qt::WA_DeleteOnClose);
+  w->resize(900, 520);
+  w->move(310, 0);
+  w->show();
+  ws_.Plots.ActivePlotType = 0;
+  AfterChange();
+  g->Redraw();
+  g->setFocus();
+  return g;
+}
+
+void frmMDIForm::DropChannel(int slot, int channel) {
+  // The dropped channel joins every lap compared in the folder, by its name, and takes the axis.
+  FolderRec& folder = FolderInView(ws_);
+  if (slot < 0 || slot >= kOutingsPerFolder || folder.Outings[static_cast<std::size_t>(slot)].Loaded == 0) return;
+  const QString name = folder.Outings[static_cast<std::size_t>(slot)].Channels.at(static_cast<std::size_t>(channel)).ShortName;
+  for (int s = 0; s < kOutingsPerFolder; ++s) {
+    OutingRec& o = folder.Outings[static_cast<std::size_t>(s)];
+    const int c = o.Loaded != 0 ? FindChannelByName(ws_, ws_.CurFolder, s, name) : -1;
+    if (c < 0) continue;
+    for (LapRec& lap : o.Laps) {
+      if (lap.Shown != 0 && c < static_cast<int>(lap.LapChannels.size())) lap.LapChannels[static_cast<std::size_t>(c)].Shown = -1;
+    }
+  }
+  folder.SelOuting = static_cast<int16_t>(slot);
+  folder.ActiveChannel = static_cast<int16_t>(channel);
+  GetTileCount(ws_);
+  AfterChange();
+}
+
+void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
+  QMenu menu;
+  const auto axis = [this](frmGraph::Key key) {
+    if (GraphWindow* g = GraphOf(ws_.CurFolder)) g->Event([&] { g->Graph().KeyDown(key, false, false, false); });
+  };
+  if (over_axis) {
+    menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(frmGraph::Key::Down); });
+    menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(frmGraph::Key::Up); });
+  } else {
+    for (const char* name : {"Zoom In", "Zoom Out", "Zoom All", "Zoom to Cursor", "Undo Zoom", "Go to Minimum", "Go to Maximum"}) {
+      menu.addAction(Action(QString::fromLatin1(name)));
+    }
+  }
+  menu.exec(global);
+}
+
+void frmMDIForm::TreeMenu(QPoint global) {
+  QMenu menu;
+  for (const char* name : {"Add Channel(s)", "Replace Channel", "Delete Channel", "Add Lap(s)", "Add Next Lap", "Add Previous Lap",
+                           "Delete Lap", "Lap Colour", "Outing Colour", "Hide Outing", "Delete Outing"}) {
+    menu.addAction(Action(QString::fromLatin1(name)));
+  }
+  menu.exec(global);
+}
+
+void frmMDIForm::ShowFolder(int folder) {
+  ws_.CurFolder = static_cast<int16_t>(folder);
+  ws_.CurOuting = FolderInView(ws_).SelOuting;
+  // Each folder's plot windows show only while its tab is in view.
+  for (QMdiSubWindow* w : mdi_->subWindowList()) {
+    if (auto* g = dynamic_cast<GraphWindow*>(w->widget())) w->setVisible(g->Folder() == folder);
+  }
+  AfterChange();
+}
+
+int frmMDIForm::FolderTabCount() { return tabs_->count(); }
+
+void frmMDIForm::AddFolderTab(int folder, const QString& caption) {
+  switching_tabs_ = true;
+  const int index = tabs_->addTab(caption.trimmed());
+  tabs_->setTabData(index, folder);
+  tabs_->setCurrentIndex(index);
+  switching_tabs_ = false;
+  ShowFolder(folder);
+}
+
+void frmMDIForm::SetFolderTabCaption(int folder, const QString& caption) {
+  for (int i = 0; i < tabs_->count(); ++i) {
+    if (tabs_->tabData(i).toInt() == folder) tabs_->setTabText(i, caption.trimmed());
+  }
+}
+
+void frmMDIForm::RemoveFolderTab(int folder) {
+  if (GraphWindow* g = GraphOf(folder)) delete SubWindowOf(g);
+  switching_tabs_ = true;
+  for (int i = tabs_->count() - 1; i >= 0; --i) {
+    if (tabs_->tabData(i).toInt() == folder) tabs_->removeTab(i);
+  }
+  switching_tabs_ = false;
+  if (tabs_->count() > 0) ShowFolder(tabs_->tabData(tabs_->currentIndex()).toInt());
+}
+
+void frmMDIForm::CloseOpenWindows() {
+  // With no outing left in the folder its plots have nothing to show.
+  if (AnyOutingLoaded(ws_, ws_.CurFolder)) return;
+  if (GraphWindow* g = GraphOf(ws_.CurFolder)) delete SubWindowOf(g);
+}
+
+void frmMDIForm::PollNewData() {
+  DownloadHandler handler;
+  handler.HoldsOuting = [this](int folder) { return AnyOutingLoaded(ws_, folder); };
+  handler.LoadNewFile = [this](int folder, const QString& path) {
+    const int16_t folder_before = ws_.CurFolder, outing_before = ws_.CurOuting;
+    ws_.CurFolder = static_cast<int16_t>(folder);
+    ws_.CurOuting = FolderInView(ws_).SelOuting;
+    tree_.LoadNewOuting(path);
+    ws_.CurFolder = folder_before;
+    ws_.CurOuting = outing_before;
+    statusBar()->showMessage(QStringLiteral("New data: ") + path);
+  };
+  if (Timer1Poll(ws_, handler) > 0) AfterChange();
+}
+
+void frmMDIForm::SaveGeometry(const QString& section, QWidget* window, bool active) {
+  SettingsStore& s = ws_.Settings;
+  s.WriteBool(kAppAnalysis, section, "Active", active);
+  if (window == nullptr) return;
+  s.WriteInt(kAppAnalysis, section, "Top", window->y());
+  s.WriteInt(kAppAnalysis, section, "Left", window->x());
+  s.WriteInt(kAppAnalysis, section, "Height", window->height());
+  s.WriteInt(kAppAnalysis, section, "Width", window->width());
+  s.WriteInt(kAppAnalysis, section, "State", window->isMaximized() ? 2 : window->isMinimized() ? 1 : 0);
+}
+
+void frmMDIForm::RestoreGeometry(const QString& section, QWidget* window) {
+  const SettingsStore& s = ws_.Settings;
+  const int w = s.ReadInt(kAppAnalysis, section, "Width", 0), h = s.ReadInt(kAppAnalysis, section, "Height", 0);
+  if (w > 0 && h > 0) {
+    window->move(s.ReadInt(kAppAnalysis, section, "Left", 0), s.ReadInt(kAppAnalysis, section, "Top", 0));
+    window->resize(w, h);
+  }
+  const int state = s.ReadInt(kAppAnalysis, section, "State", 0);
+  if (state == 2) window->showMaximized();
+  if (state == 1) window->showMinimized();
+}
+
+void frmMDIForm::SaveLastState() {
+  SaveFolderState(ws_);
+  SaveGeometry(QStringLiteral("MDIForm"), this, true);
+  SaveGeometry(QStringLiteral("Channels"), tree_window_, true);
+  for (int f = 0; f < kFolderCount; ++f) {
+    GraphWindow* g = GraphOf(f);
+    SaveGeometry(FolderSection("Graph", f), g != nullptr ? SubWindowOf(g) : nullptr, g != nullptr);
+    // The numeric panel's width beyond its sizing bar.
+    if (g != nullptr) ws_.Settings.WriteInt(kAppAnalysis, FolderSection("Graph", f), "vDivider", g->Splitter()->sizes().value(1));
+  }
+  ws_.Settings.WriteInt(kAppAnalysis, QStringLiteral("MDIForm"), "Folder", ws_.CurFolder);
+  ws_.Settings.Sync(kAppAnalysis);
+}
+
+void frmMDIForm::ReadLastState() {
+  RestoreGeometry(QStringLiteral("MDIForm"), this);
+  RestoreGeometry(QStringLiteral("Channels"), tree_window_);
+  const std::vector<int> folders = ReadFolderState(ws_);
+  switching_tabs_ = true;
+  while (tabs_->count() > 0) tabs_->removeTab(0);
+  for (int f : folders) tabs_->setTabData(tabs_->addTab(ws_.FolderTable[static_cast<std::size_t>(f)].Name.trimmed()), f);
+  switching_tabs_ = false;
+  for (int f : folders) {
+    const QString section = FolderSection("Graph", f);
+    if (!ws_.Settings.ReadBool(kAppAnalysis, section, "Active", false)) continue;
+    ws_.CurFolder = static_cast<int16_t>(f);
+    GraphWindow* g = OpenGraphWindow();
+    RestoreGeometry(section, SubWindowOf(g));
+    const int numeric = ws_.Settings.ReadInt(kAppAnalysis, section, "vDivider", 0);
+    if (numeric > 0) g->Splitter()->setSizes({std::max(100, g->width() - numeric), numeric});
+  }
+  const int current = ws_.Settings.ReadInt(kAppAnalysis, QStringLiteral("MDIForm"), "Folder", 0);
+  int index = 0;
+  for (int i = 0; i < tabs_->count(); ++i) index = tabs_->tabData(i).toInt() == current ? i : index;
+  switching_tabs_ = true;
+  tabs_->setCurrentIndex(index);
+  switching_tabs_ = false;
+  ShowFolder(tabs_->tabData(index).toInt());
+}
+
+void frmMDIForm::closeEvent(QCloseEvent* e) {
+  timer1_.stop();
+  SaveLastState();
+  ShutDown(ws_);
+  e->accept();
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+// The main window: title, menus, the tool bar with the plot buttons, the folder tabs, the area
+// of child windows (the channel tree and the plots) and the status bar. It starts after the
+// workspace's start-up (StartUp), reopens the last session, polls for new data on Timer1, and
+// saves the session and the options when it closes.
+
+#include <QMainWindow>
+#include <QTimer>
+#include <map>
+#include <memory>
+
+#include "core/workspace/frmChlTree.h"
+#include "ui/QtTreeHost.h"
+
+class GraphWindow;
+class QMdiArea;
+class QMdiSubWindow;
+class QTabBar;
+class TreeWindow;
+struct Workspace;
+
+class frmMDIForm : public QMainWindow, public FolderWindows {
+ public:
+  // `host` answers the tree commands' dialogs; null: Qt's dialogs over this window.
+  explicit frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host = nullptr);
+  ~frmMDIForm() override;
+
+  // The session: the folders with their outings, and the windows with their geometry.
+  void ReadLastState();
+  void SaveLastState();
+
+  // The menu and tool bar commands by their text without "&" and "...", e.g. "Time Plot".
+  QAction* Action(const QString& name) const;
+  frmChlTree& Tree() { return tree_; }
+  TreeWindow* TreeView() { return tree_view_; }
+  QTabBar* Tabs() { return tabs_; }
+  QMdiArea* Area() { return mdi_; }
+  // The time graph of the folder in view, opened when it isn't; `show` false: only the open one.
+  GraphWindow* OpenGraphWindow(bool show = true);
+  // One tick of Timer1 (also run by the timer every second).
+  void PollNewData();
+
+  // FolderWindows
+  int FolderTabCount() override;
+  void AddFolderTab(int folder, const QString& caption) override;
+  void SetFolderTabCaption(int folder, const QString& caption) override;
+  void RemoveFolderTab(int folder) override;
+  void CloseOpenWindows() override;
+
+ protected:
+  void closeEvent(QCloseEvent* e) override;
+
+ private:
+  void BuildMenus();
+  void BuildToolBar();
+  QAction* AddAction(QMenu* menu, const QString& text, std::function<void()> run, const QKeySequence& key = {});
+  // Runs a tree command and shows what it changed: tree, tabs, plots.
+  void Run(const std::function<void()>& command);
+  void ShowFolder(int folder);
+  void AfterChange();
+  void DropChannel(int slot, int channel);
+  void PlotMenu(QPoint global, bool over_axis);
+  void TreeMenu(QPoint global);
+  void SaveGeometry(const QString& section, QWidget* window, bool active);
+  void RestoreGeometry(const QString& section, QWidget* window);
+  GraphWindow* GraphOf(int folder) const;
+  QMdiSubWindow* SubWindowOf(QWidget* w) const;
+
+  Workspace& ws_;
+  std::unique_ptr<QtTreeHost> host_;
+  frmChlTree tree_;
+  QMdiArea* mdi_;
+  QTabBar* tabs_;
+  TreeWindow* tree_view_;
+  QMdiSubWindow* tree_window_;
+  std::map<QString, QAction*> actions_;
+  QTimer timer1_;
+  bool switching_tabs_ = false;
+};

@@ -1,0 +1,162 @@
+// The window driven as a person would: open two demo outings into a folder, add a lap and two
+// channels, open the time graph, click, step with the keys, drag to zoom, undo, close, and
+// find the same outings on the next start.
+
+#include <gtest/gtest.h>
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+#include "core/app/Files.h"
+#include "core/app/Startup.h"
+#include "core/app/Workspace.h"
+#include "core/demo/DemoInstall.h"
+#include "core/plots/PlotScale.h"
+#include "render/QtSurface.h"
+#include "ui/GraphWindow.h"
+#include "ui/PlotCanvas.h"
+#include "ui/frmMDIForm.h"
+
+namespace {
+
+// The dialogs answered from a script.
+class ScriptedHost : public QtTreeHost {
+ public:
+  using QtTreeHost::QtTreeHost;
+  QStringList files;
+  std::vector<int> channels;
+  QStringList ChooseOutingFiles(const QString&, bool) override { return files; }
+  std::vector<int> ChooseChannels(const QString&, int, bool) override { return channels; }
+};
+
+struct Session {
+  RecordingMessages messages;
+  std::unique_ptr<Workspace> ws;
+  ScriptedHost* host = nullptr;
+  std::unique_ptr<frmMDIForm> window;
+
+  explicit Session(const QString& home) {
+    ws = std::make_unique<Workspace>(messages, home);
+    EXPECT_TRUE(StartUp(*ws));
+    auto scripted = std::make_unique<ScriptedHost>(*ws);
+    host = scripted.get();
+    window = std::make_unique<frmMDIForm>(*ws, std::move(scripted));
+    window->resize(1400, 900);
+    window->show();
+    window->ReadLastState();
+    QApplication::processEvents();
+  }
+  FolderRec& folder() { return ws->FolderTable[static_cast<std::size_t>(ws->CurFolder)]; }
+  QAction* action(const char* name) {
+    QAction* a = window->Action(QString::fromLatin1(name));
+    EXPECT_NE(a, nullptr) << name;
+    return a;
+  }
+};
+
+int CountColour(const QImage& image, QColor colour) {
+  int n = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) n += image.pixelColor(x, y) == colour;
+  }
+  return n;
+}
+
+TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
+  QTemporaryDir home;
+  {
+    RecordingMessages messages;
+    DemoResult made;
+    QString error;
+    ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, made, &error, 3)) << error.toStdString();
+  }
+  const QString data = JoinPath(home.path(), "Data");
+  const QStringList files = {JoinPath(data, "SILV0101.DAT"), JoinPath(data, "SILV0102.DAT")};
+  {
+    Session s(home.path());
+    EXPECT_EQ(s.window->windowTitle(), s.ws->Title);
+    EXPECT_EQ(s.window->Tabs()->count(), 1);
+
+    s.host->files = files;
+    s.action("Add New Outing(s)")->trigger();
+    ASSERT_NE(s.folder().Outings[0].Loaded, 0);
+    ASSERT_NE(s.folder().Outings[1].Loaded, 0);
+    EXPECT_EQ(s.folder().Outings[1].FileName, files[1]);
+
+    // A second lap of the first outing, and the speed and the throttle on the laps.
+    s.ws->CurOuting = 0;
+    s.folder().SelOuting = 0;
+    OutingRec& first = s.folder().Outings[0];
+    const int lap = first.CurLap;
+    s.action("Add Next Lap")->trigger();
+    EXPECT_NE(first.Laps[static_cast<std::size_t>(lap + 1)].Shown, 0);
+    const int speed = FindChannelByName(*s.ws, 0, 0, "SYSTEM SPEED"), throttle = FindChannelByName(*s.ws, 0, 0, "THROTTLE");
+    ASSERT_GE(speed, 0);
+    ASSERT_GE(throttle, 0);
+    s.host->channels = {speed, throttle};
+    s.action("Add Channel(s)")->trigger();
+    EXPECT_NE(first.Laps[static_cast<std::size_t>(first.CurLap)].LapChannels[static_cast<std::size_t>(speed)].Shown, 0);
+    EXPECT_NE(first.Laps[static_cast<std::size_t>(first.CurLap)].LapChannels[static_cast<std::size_t>(throttle)].Shown, 0);
+
+    // The time graph: traces on the picture.
+    s.action("Time Plot")->trigger();
+    QApplication::processEvents();
+    GraphWindow* g = s.window->OpenGraphWindow(false);
+    ASSERT_NE(g, nullptr);
+    PlotCanvas* plot = g->Plot();
+    ASSERT_GT(plot->width(), 300);
+    int traced = 0;
+    for (int colour : s.ws->Palette) traced += CountColour(plot->Image, QtSurface::ToQColor(colour));
+    EXPECT_GT(traced, 500);
+
+    // A click puts the cursor where it was made.
+    const double w = plot->width() * 15.0, data_right = w - RightMargin(*s.ws);
+    const auto time_at = [&](int px) {
+      return s.folder().TimeStart + (s.folder().TimeEnd - s.folder().TimeStart) * (px * 15.0 - 750) / (data_right - 750);
+    };
+    const int click = plot->width() / 3;
+    QTest::mouseClick(plot, Qt::LeftButton, {}, QPoint(click, plot->height() / 2));
+    EXPECT_NEAR(s.folder().CursorTime, time_at(click), 1.0);
+
+    // Right and Shift+Right step by one and by a hundred samples of the active channel.
+    const ChannelRec& active = s.folder().Outings[static_cast<std::size_t>(s.folder().SelOuting)].Channels[static_cast<std::size_t>(s.folder().ActiveChannel)];
+    const double sample = std::nearbyint(1 / active.Rate);
+    QTest::keyClick(g, Qt::Key_Right);  // first onto the next sample
+    const float on_sample = s.folder().CursorTime;
+    QTest::keyClick(g, Qt::Key_Right);
+    EXPECT_NEAR(s.folder().CursorTime, on_sample + sample, 0.01);
+    QTest::keyClick(g, Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_NEAR(s.folder().CursorTime, on_sample + 101 * sample, 0.01);
+
+    // A drag zooms to the span; undo brings the whole lap back.
+    const int32_t start = s.folder().TimeStart, end = s.folder().TimeEnd;
+    const int x1 = plot->width() / 4, x2 = plot->width() / 2;
+    const double t1 = time_at(x1), t2 = time_at(x2);
+    QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(x1, 200));
+    QMouseEvent move(QEvent::MouseMove, QPointF(x2, 200), plot->mapToGlobal(QPointF(x2, 200)), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(plot, &move);
+    QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(x2, 200));
+    EXPECT_NEAR(s.folder().TimeStart, t1, 1.0);
+    EXPECT_NEAR(s.folder().TimeEnd, t2, 1.0);
+    s.action("Undo Zoom")->trigger();
+    EXPECT_EQ(s.folder().TimeStart, start);
+    EXPECT_EQ(s.folder().TimeEnd, end);
+
+    s.window->close();
+  }
+  {
+    Session again(home.path());
+    EXPECT_EQ(again.folder().Outings[0].FileName, files[0]);
+    EXPECT_EQ(again.folder().Outings[1].FileName, files[1]);
+    const OutingRec& first = again.folder().Outings[0];
+    int shown = 0;
+    for (const LapRec& l : first.Laps) shown += l.Shown != 0;
+    EXPECT_EQ(shown, 2);
+    EXPECT_NE(again.window->OpenGraphWindow(false), nullptr);  // the graph is open again
+  }
+}
+
+}  // namespace
