@@ -55,11 +55,14 @@ class frmChlTree {
   bool DeleteCurrentFolder();
 
   // --- Outings --------------------------------------------------------------------------------
-  // Opens `file` into slot CurOuting of the folder in view. Its CurLap and PrevLap are FastLap
-  // (0 under "Entire Outing"), that lap is shown and carries the channels that the folder's
-  // selected outing carries on its current lap, matched as MatchChannel says; in a folder
-  // without any, the outing's first channel.
+  // Opens `file` into slot CurOuting of the folder in view (the caller picks the slot). Its
+  // CurLap and PrevLap are FastLap (0 under "Entire Outing"), that lap is shown and carries the
+  // channels that the folder's selected outing carries on its current lap, matched as
+  // MatchChannel says; when none of them matches, or the folder had none, the outing's first
+  // channel. The new outing becomes the selected one. No rebuild: the commands do that.
   bool LoadNewOuting(const QString& file);
+  // Add: the chosen files go into free slots; a file the folder already holds is skipped, and a
+  // full folder says "Maximum number of Outings loaded".
   bool AddAnotherOuting();
   bool AddGlobalOuting();
   bool ReplaceCurrentOuting();
@@ -67,12 +70,17 @@ class frmChlTree {
   bool ReplaceAllOutings();
   // Replaces the selected outing of every folder in use with one chosen file.
   bool ReplaceGlobalOuting();
+  // Unloads the outing (a Datum in it goes too), makes the first outing left current, closes
+  // the folder's open windows through the host and rebuilds.
   void DeleteCurrentOuting(int outing);
   // Closing the tree window: "Unload all Outings"; yes unloads the folder's outings and lets the
   // window close, no keeps both.
   bool QueryUnload();
 
   // --- Laps -----------------------------------------------------------------------------------
+  // Laps the person picks, or the neighbour of the current lap, join the comparison with the
+  // current lap's channels; the replace variants take the current lap out. Deleting the last
+  // shown lap of an outing unloads the outing, as deleting the last channel of a lap deletes it.
   bool AddAnotherLap();
   bool AddNextLap();
   bool AddPreviousLap();

@@ -255,6 +255,60 @@ TEST_F(TreeTest, HidingLeavesLapsAndOutingsInTheTree) {
   EXPECT_EQ(tree.Nodes().size(), nodes);
 }
 
+TEST_F(TreeTest, FolderScaleFollowsTheSelectedChannel) {
+  LoadBoth();
+  ChannelRec& c = Outing(1).Channels[0];
+  struct Case {
+    float time_min, time_max, fft_min, fft_max;
+    float expect_time_min, expect_time_max, expect_fft_min, expect_fft_max;
+  } cases[] = {
+      {-2, 8, 0, 100, -2, 8, 0, 100},
+      {5, 5, 0, 50, 0, 0, 0, 50},   // no range of its own: cleared, not left from before
+      {0, 0, 0, 0, 0, 0, 0, 0},
+  };
+  for (const Case& k : cases) {
+    c.TimeMin = k.time_min;
+    c.TimeMax = k.time_max;
+    c.FftScaleMin = k.fft_min;
+    c.FftScaleMax = k.fft_max;
+    tree.LoadTreeData();
+    EXPECT_EQ(Folder().TimeScaleMin, k.expect_time_min);
+    EXPECT_EQ(Folder().TimeScaleMax, k.expect_time_max);
+    EXPECT_EQ(Folder().FftScaleMin, k.expect_fft_min);
+    EXPECT_EQ(Folder().FftScaleMax, k.expect_fft_max);
+  }
+}
+
+TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
+  LoadBoth();
+  // A second folder holding the first outing.
+  host.tab_count = 1;
+  host.texts.push_back(QStringLiteral("Other"));
+  host.files.push_back({First()});
+  ASSERT_TRUE(tree.AddAnotherFolder());
+  ws().CurFolder = 0;
+  ws().CurOuting = 1;
+  tree.LoadTreeData();
+  host.channels.push_back({5});
+  ASSERT_TRUE(tree.AddGlobalChannels());
+  EXPECT_EQ(host.asked.back(), "Add Channel(s) to all Outings");
+  const int key = Outing(1).Channels[5].Key;
+  for (const OutingRec* o : {&Outing(0), &Outing(1), &Outing(0, 1)}) {
+    std::vector<int> keys;
+    for (int c : ChannelsOnLap(*o, o->CurLap)) keys.push_back(o->Channels[static_cast<std::size_t>(c)].Key);
+    EXPECT_EQ(keys, (std::vector<int>{o->Channels[0].Key, key}));
+  }
+  EXPECT_EQ(ws().CurFolder, 0);
+  EXPECT_EQ(ws().CurOuting, 1);
+
+  // Replacing all channels by that one leaves it alone on every compared lap.
+  host.channels.push_back({5});
+  ASSERT_TRUE(tree.ReplaceAllChannels());
+  for (const OutingRec* o : {&Outing(0), &Outing(1), &Outing(0, 1)}) {
+    EXPECT_EQ(ChannelsOnLap(*o, o->CurLap), std::vector<int>{5});
+  }
+}
+
 TEST_F(TreeTest, LapSelectListsLapsWithTheirMarks) {
   LoadBoth();
   host.laps.push_back({});
