@@ -32,13 +32,18 @@ void frmChlTree::ForEachShownLap(Fn fn) {
   }
 }
 
-std::vector<ChannelRef> frmChlTree::ChosenChannelRefs(const QString& title, bool multiple) {
+std::vector<int> frmChlTree::ChosenChannels(const QString& title, bool multiple) {
   if (!NeedOuting(title)) return {};
-  std::vector<ChannelRef> refs;
-  const OutingRec& o = Current();
+  std::vector<int> chosen;
   for (int c : host_.ChooseChannels(title, ws_.CurOuting, multiple)) {
-    if (c >= 0 && c < static_cast<int>(o.Channels.size())) refs.push_back(ChannelRefOf(o, c));
+    if (c >= 0 && c < static_cast<int>(Current().Channels.size())) chosen.push_back(c);
   }
+  return chosen;
+}
+
+std::vector<ChannelRef> frmChlTree::ChosenChannelRefs(const QString& title, bool multiple) {
+  std::vector<ChannelRef> refs;
+  for (int c : ChosenChannels(title, multiple)) refs.push_back(ChannelRefOf(Current(), c));
   return refs;
 }
 
@@ -50,11 +55,11 @@ void frmChlTree::SelectFirstChannel() {
 }
 
 bool frmChlTree::AddAnotherChannel() {
-  const std::vector<ChannelRef> refs = ChosenChannelRefs(kAddTitle, true);
-  if (refs.empty()) return false;
+  const std::vector<int> chosen = ChosenChannels(kAddTitle, true);
+  if (chosen.empty()) return false;
   OutingRec& o = Current();
-  for (const ChannelRef& ref : refs) SetChannelOn(o, o.CurLap, MatchChannel(o, ref), true);
-  Folder().SelChannel = Folder().ActiveChannel = static_cast<int16_t>(MatchChannel(o, refs.front()));
+  for (int c : chosen) SetChannelOn(o, o.CurLap, c, true);
+  Folder().SelChannel = Folder().ActiveChannel = static_cast<int16_t>(chosen.front());
   Rebuild();
   return true;
 }
@@ -70,10 +75,10 @@ bool frmChlTree::AddGlobalChannels() {
 }
 
 bool frmChlTree::ReplaceCurrentChannel() {
-  const std::vector<ChannelRef> refs = ChosenChannelRefs(kReplaceTitle, false);
-  if (refs.empty()) return false;
+  const std::vector<int> chosen = ChosenChannels(kReplaceTitle, false);
+  if (chosen.empty()) return false;
   OutingRec& o = Current();
-  const int to = MatchChannel(o, refs.front());
+  const int to = chosen.front();
   SetChannelOn(o, o.CurLap, Folder().SelChannel, false);
   SetChannelOn(o, o.CurLap, to, true);
   Folder().SelChannel = Folder().ActiveChannel = static_cast<int16_t>(to);

@@ -145,6 +145,7 @@ class frmChlTree {
   // Laps and channels
   bool StepLap(int step, bool replace);
   void RemoveCurrentLap();
+  std::vector<int> ChosenChannels(const QString& title, bool multiple);
   std::vector<ChannelRef> ChosenChannelRefs(const QString& title, bool multiple);
   void SelectFirstChannel();
   template <typename Fn>
