@@ -51,7 +51,8 @@ class frmChlTree {
   bool AddAnotherFolder();
   bool mnuEditFolder();
   // The folder in view goes: its outings, its tab, and its saved window settings, which the
-  // folders behind it move down one place to close the gap.
+  // folders behind it move down one place to close the gap. The folders in memory keep their
+  // indexes, so the other tabs stay on theirs; the first folder with an outing comes into view.
   bool DeleteCurrentFolder();
 
   // --- Outings --------------------------------------------------------------------------------
