@@ -226,6 +226,7 @@ void frmMDIForm::AfterChange() {
     folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws_));
   }
   tree_.LoadTreeData();
+  GetTileCount(ws_);
   tree_view_->Show();
   Action(QStringLiteral("Entire Outing"))->setChecked(folder.LapsDisplayed == frmGroupLaps::kEntireOuting);
   Action(QStringLiteral("Tile Graphs"))->setChecked(folder.Options.TileGraphs);
@@ -263,8 +264,9 @@ GraphWindow* frmMDIForm::OpenGraphWindow(bool show) {
   g->ContextMenu = [this](QPoint at, bool over_axis) { PlotMenu(at, over_axis); };
   QMdiSubWindow* w = mdi_->addSubWindow(g);
   w->setAttribute(Qt::WA_DeleteOnClose);
-  w->resize(900, 520);
-  w->move(310, 0);
+  // Beside the tree, over the rest of the area.
+  w->move(tree_window_->width() + 10, 0);
+  w->resize(std::max(600, mdi_->width() - tree_window_->width() - 12), std::max(400, mdi_->height() - 4));
   w->show();
   ws_.Plots.ActivePlotType = 0;
   AfterChange();

@@ -14,6 +14,7 @@
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
 #include "core/demo/DemoInstall.h"
+#include "core/demo/DemoSession.h"
 #include "core/plots/PlotScale.h"
 #include "render/QtSurface.h"
 #include "ui/GraphWindow.h"
@@ -157,6 +158,25 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     EXPECT_EQ(shown, 2);
     EXPECT_NE(again.window->OpenGraphWindow(false), nullptr);  // the graph is open again
   }
+}
+
+TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
+  QTemporaryDir home;
+  RecordingMessages messages;
+  DemoResult made;
+  QString error;
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, made, &error, 3)) << error.toStdString();
+  ASSERT_TRUE(WriteDemoSession(home.path(), messages));
+  Session s(home.path());
+  EXPECT_NE(s.folder().Outings[0].Loaded, 0);
+  EXPECT_NE(s.folder().Outings[1].Loaded, 0);
+  GraphWindow* g = s.window->OpenGraphWindow(false);
+  ASSERT_NE(g, nullptr);
+  // The whole fast lap is in view, the cursor a third of the way in.
+  EXPECT_EQ(s.folder().TimeStart, 0);
+  EXPECT_GT(s.folder().TimeEnd, 60000);
+  EXPECT_NEAR(s.folder().CursorTime, s.folder().TimeEnd / 3.0, 1.0);
+  EXPECT_TRUE(g->windowTitle().startsWith("Time Plot - ")) << g->windowTitle().toStdString();
 }
 
 }  // namespace

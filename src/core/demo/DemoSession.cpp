@@ -35,7 +35,10 @@ bool WriteDemoSession(const QString& home, Messages& messages) {
   folder.ActiveChannel = static_cast<int16_t>(std::max(0, FindChannelByName(ws, 0, 0, QStringLiteral("SYSTEM SPEED"))));
   folder.TimeStart = 0;
   folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws));
+  folder.CursorTime = static_cast<float>(folder.TimeEnd) / 3;  // in the first corners, not on the edge
+  folder.Options.TileGraphs = true;  // speed and throttle each in a band of its own
   SaveFolderState(ws);
+  SaveRegistryData(ws);
   ws.Settings.WriteBool(kAppAnalysis, FolderSection("Graph", 0), "Active", true);
   ws.Settings.Sync(kAppAnalysis);
   return true;

@@ -2,7 +2,7 @@
 
 // The session a demo installation opens with, so that the first start shows something to
 // compare: folder 1 with the two Silverstone runs, each fast lap with the speed and the
-// throttle, and the time graph open.
+// throttle in bands of their own, and the time graph open.
 
 #include <QString>
 

@@ -147,6 +147,9 @@ int GetChannelColor(const Workspace& ws, int slot, int lap, int channel) {
   const LapRec& l = Outing(ws, slot).Laps[static_cast<std::size_t>(lap)];
   int index = l.LapColor;
   if (index == -1) index = l.LapChannels[static_cast<std::size_t>(channel)].Color;
+  // Neither the lap nor the channel has a colour of its own: the outing's, by its place in the
+  // folder, so that the laps of two outings differ.
+  if (index == -1) index = slot % kPaletteSize;
   return ws.Palette[static_cast<std::size_t>(std::clamp(index, 0, kPaletteSize - 1))];
 }
 

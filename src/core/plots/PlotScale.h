@@ -46,7 +46,7 @@ double DistanceValueToY(Workspace& ws, double h, int slot, int lap, int channel,
 int64_t TraceStep(int64_t n);
 
 // The palette colour (BGR) of the channel's trace in a lap: the lap's own colour when it has
-// one, else the channel's colour in that lap.
+// one, else the channel's colour in that lap, else the outing's colour by its slot.
 int GetChannelColor(const Workspace& ws, int slot, int lap, int channel);
 
 // The first channel of the outing whose short name, trimmed and upper-cased, equals the first 16

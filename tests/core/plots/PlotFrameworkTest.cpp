@@ -224,3 +224,32 @@ TEST(PlotView, DistanceAxisHasItsOwnViewAndHistory) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
+  test_outings::BareWorkspace b;
+  for (int i = 0; i < kPaletteSize; ++i) b.ws.Palette[static_cast<std::size_t>(i)] = 1000 + i;
+  for (int slot : {0, 3}) {
+    OutingRec& o = b.Outing(slot);
+    o.Laps.resize(1);
+    o.Laps[0].LapChannels.resize(2);
+  }
+  LapRec& lap = b.Outing(3).Laps[0];
+  const struct {
+    int16_t lap_color, channel_color;
+    int expected;
+  } cases[] = {
+      {-1, -1, 1003},  // neither: the outing's colour by its slot
+      {-1, 7, 1007},   // the channel's colour in this lap
+      {12, 7, 1012},   // the lap's own colour over all
+  };
+  for (const auto& c : cases) {
+    lap.LapColor = c.lap_color;
+    lap.LapChannels[1].Color = c.channel_color;
+    EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), c.expected);
+  }
+  EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 1), 1000);  // another outing, another colour
+}
+
+}  // namespace
