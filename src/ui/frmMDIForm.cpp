@@ -50,8 +50,8 @@ frmMDIForm::frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host)
 
   tree_view_ = new TreeWindow(tree_);
   tree_window_ = mdi_->addSubWindow(tree_view_);
-  tree_window_->setWindowFlags(tree_window_->windowFlags() & ~Qt::WindowCloseButtonHint);
   tree_window_->resize(300, 520);
+  tree_window_->installEventFilter(this);
   tree_view_->SelectionChanged = [this] { RefreshPlots(ws_); };
   tree_view_->PopupMenu = [this](QPoint at) { TreeMenu(at); };
 
@@ -189,7 +189,10 @@ void frmMDIForm::BuildMenus() {
   QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
   AddAction(window, QStringLiteral("Tile &Horizontally"), [this] { mdi_->tileSubWindows(); });
   AddAction(window, QStringLiteral("&Cascade"), [this] { mdi_->cascadeSubWindows(); });
-  AddAction(window, QStringLiteral("Channel &Tree"), [this] { mdi_->setActiveSubWindow(tree_window_); });
+  AddAction(window, QStringLiteral("Channel &Tree"), [this] {
+    tree_window_->show();
+    mdi_->setActiveSubWindow(tree_window_);
+  });
 }
 
 void frmMDIForm::BuildToolBar() {
@@ -440,7 +443,21 @@ void frmMDIForm::ReadLastState() {
   ShowFolder(tabs_->tabData(index).toInt());
 }
 
+bool frmMDIForm::eventFilter(QObject* watched, QEvent* e) {
+  // Closing the tree unloads the folder's outings, when the person says so; the window comes
+  // back from the Window menu.
+  if (watched == tree_window_ && e->type() == QEvent::Close && !closing_) {
+    if (!tree_.QueryUnload()) {
+      e->ignore();
+      return true;
+    }
+    AfterChange();
+  }
+  return QMainWindow::eventFilter(watched, e);
+}
+
 void frmMDIForm::closeEvent(QCloseEvent* e) {
+  closing_ = true;
   timer1_.stop();
   SaveLastState();
   ShutDown(ws_);

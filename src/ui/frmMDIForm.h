@@ -50,6 +50,7 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
 
  protected:
   void closeEvent(QCloseEvent* e) override;
+  bool eventFilter(QObject* watched, QEvent* e) override;
 
  private:
   void BuildMenus();
@@ -77,4 +78,5 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   std::map<QString, QAction*> actions_;
   QTimer timer1_;
   bool switching_tabs_ = false;
+  bool closing_ = false;  // the main window goes: its children close without asking
 };

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QMdiArea>
+#include <QSettings>
 #include <QMdiSubWindow>
 #include <QTabBar>
 #include <QTemporaryDir>
@@ -19,6 +20,7 @@
 #include "render/QtSurface.h"
 #include "ui/GraphWindow.h"
 #include "ui/PlotCanvas.h"
+#include "ui/TreeWindow.h"
 #include "ui/frmMDIForm.h"
 
 namespace {
@@ -177,6 +179,44 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   EXPECT_GT(s.folder().TimeEnd, 60000);
   EXPECT_NEAR(s.folder().CursorTime, s.folder().TimeEnd / 3.0, 1.0);
   EXPECT_TRUE(g->windowTitle().startsWith("Time Plot - ")) << g->windowTitle().toStdString();
+}
+
+TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {
+  QTemporaryDir home;
+  RecordingMessages made_messages;
+  DemoResult made;
+  QString error;
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), made_messages, made, &error, 2)) << error.toStdString();
+  const QString data = JoinPath(home.path(), "Data");
+  Session s(home.path());
+  s.host->files = {JoinPath(data, "SILV0101.DAT")};
+  s.action("Add New Outing(s)")->trigger();
+  ASSERT_NE(s.folder().Outings[0].Loaded, 0);
+
+  // The downloader announces a file: a folder that asks for new data gets it in its current
+  // slot, and the flag goes back to False.
+  s.folder().Options.UpdateOnNewData = true;
+  s.ws->Settings.WriteBool(kAppUsb, "Download", "New", true);
+  s.ws->Settings.Write(kAppUsb, "Download", "File", JoinPath(data, "SILV0102.DAT"));
+  s.window->PollNewData();
+  EXPECT_EQ(s.folder().Outings[0].FileName, JoinPath(data, "SILV0102.DAT"));
+  EXPECT_EQ(s.folder().Outings[1].Loaded, 0);
+  EXPECT_FALSE(s.ws->Settings.ReadBool(kAppUsb, "Download", "New", true));
+
+  // Closing the tree asks first; no keeps the outings and the window.
+  auto* tree = qobject_cast<QMdiSubWindow*>(s.window->TreeView()->parentWidget());
+  ASSERT_NE(tree, nullptr);
+  s.messages.answers = {false};
+  tree->close();
+  EXPECT_EQ(s.messages.entries.back().text, "Unload all Outings");
+  EXPECT_NE(s.folder().Outings[0].Loaded, 0);
+  EXPECT_TRUE(tree->isVisible());
+  s.messages.answers = {true};
+  tree->close();
+  EXPECT_EQ(s.folder().Outings[0].Loaded, 0);
+  EXPECT_FALSE(tree->isVisible());
+  s.action("Channel Tree")->trigger();
+  EXPECT_TRUE(tree->isVisible());
 }
 
 }  // namespace
