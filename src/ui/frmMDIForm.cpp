@@ -52,7 +52,6 @@ frmMDIForm::frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host)
   tree_window_ = mdi_->addSubWindow(tree_view_);
   tree_window_->resize(300, 520);
   tree_window_->installEventFilter(this);
-  tree_view_->SelectionChanged = [this] { RefreshPlots(ws_); };
   tree_view_->PopupMenu = [this](QPoint at) { TreeMenu(at); };
 
   BuildMenus();
@@ -229,7 +228,6 @@ void frmMDIForm::AfterChange() {
     folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws_));
   }
   tree_.LoadTreeData();
-  GetTileCount(ws_);
   tree_view_->Show();
   Action(QStringLiteral("Entire Outing"))->setChecked(folder.LapsDisplayed == frmGroupLaps::kEntireOuting);
   Action(QStringLiteral("Tile Graphs"))->setChecked(folder.Options.TileGraphs);
@@ -272,8 +270,7 @@ GraphWindow* frmMDIForm::OpenGraphWindow(bool show) {
   w->resize(std::max(600, mdi_->width() - tree_window_->width() - 12), std::max(400, mdi_->height() - 4));
   w->show();
   ws_.Plots.ActivePlotType = 0;
-  AfterChange();
-  g->Redraw();
+  AfterChange();  // its redraw draws the new window too
   g->setFocus();
   return g;
 }
@@ -293,7 +290,6 @@ void frmMDIForm::DropChannel(int slot, int channel) {
   }
   folder.SelOuting = static_cast<int16_t>(slot);
   folder.ActiveChannel = static_cast<int16_t>(channel);
-  GetTileCount(ws_);
   AfterChange();
 }
 

@@ -5,6 +5,7 @@
 
 #include "core/app/Files.h"
 #include "core/app/Workspace.h"
+#include "core/plots/PlotScale.h"
 #include "core/plots/RefreshPlots.h"
 #include "core/track/Laps.h"
 #include "core/workspace/frmGroupLaps.h"
@@ -63,6 +64,7 @@ void frmChlTree::LoadTreeData() {
     if (folder.Outings[static_cast<std::size_t>(slot)].Loaded != 0) AddOutingNodes(slot);
   }
   if (AnyOutingLoaded(ws_, ws_.CurFolder)) SetFolderScale();
+  GetTileCount(ws_);  // the bands of a tiled folder follow what the tree shows
   AddSupportNodes();
   ShowCurrentNode();
 }
