@@ -64,9 +64,11 @@ GraphWindow::~GraphWindow() {
 }
 
 void GraphWindow::ShowPanels() {
+  // A tiled folder has a scale in every band and no side panels.
   const auto& names = FolderOf(ws_, folder_).AxisPanelChannels;
-  left_->setVisible(!names[0].trimmed().isEmpty() || !names[1].trimmed().isEmpty());
-  right_->setVisible(!names[2].trimmed().isEmpty());
+  const bool tiled = FolderOf(ws_, folder_).Options.TileGraphs;
+  left_->setVisible(!tiled && (!names[0].trimmed().isEmpty() || !names[1].trimmed().isEmpty()));
+  right_->setVisible(!tiled && !names[2].trimmed().isEmpty());
 }
 
 void GraphWindow::Redraw() {

@@ -23,6 +23,8 @@ class GraphWindow : public QWidget {
   int Folder() const { return folder_; }
   frmGraph& Graph() { return graph_; }
   PlotCanvas* Plot() { return plot_; }
+  // The side panels of further scales: 0 left, 1 right; shown only when they have one.
+  PlotCanvas* Panel(int side) { return side == 0 ? left_ : right_; }
   QSplitter* Splitter() { return split_; }
 
   // The full redraw (DrawLineGraphs); the folder's RefreshPlots calls it.

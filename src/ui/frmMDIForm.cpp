@@ -301,12 +301,36 @@ void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
   if (over_axis) {
     menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(frmGraph::Key::Down); });
     menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(frmGraph::Key::Up); });
+    menu.addSeparator();
+    // Scales of further channels beside the plot: two in the left panel, one in the right.
+    const char* places[] = {"Left Panel Scale...", "Second Left Panel Scale...", "Right Panel Scale..."};
+    for (int k = 0; k < 3; ++k) {
+      menu.addAction(QString::fromLatin1(places[k]), [this, k] { ChooseAxisPanelChannel(k); });
+    }
+    menu.addAction(QStringLiteral("Clear Panel Scales"), [this] {
+      FolderInView(ws_).AxisPanelChannels = {};
+      AfterChange();
+    });
   } else {
     for (const char* name : {"Zoom In", "Zoom Out", "Zoom All", "Zoom to Cursor", "Undo Zoom", "Go to Minimum", "Go to Maximum"}) {
       menu.addAction(Action(QString::fromLatin1(name)));
     }
   }
   menu.exec(global);
+}
+
+void frmMDIForm::ChooseAxisPanelChannel(int place) {
+  FolderRec& folder = FolderInView(ws_);
+  const std::vector<int> chosen = host_->ChooseChannels(QStringLiteral("Select Channel"), folder.SelOuting, false);
+  if (chosen.empty()) return;
+  OutingRec& o = folder.Outings[static_cast<std::size_t>(folder.SelOuting)];
+  const std::size_t c = static_cast<std::size_t>(chosen.front());
+  folder.AxisPanelChannels[static_cast<std::size_t>(place)] = o.Channels.at(c).ShortName.trimmed();
+  // A scale stands beside its trace: the channel is drawn in the lap on the axis.
+  if (o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size()) && c < o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels.size()) {
+    o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels[c].Shown = -1;
+  }
+  AfterChange();
 }
 
 void frmMDIForm::TreeMenu(QPoint global) {

@@ -38,6 +38,8 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   QMdiArea* Area() { return mdi_; }
   // The time graph of the folder in view, opened when it isn't; `show` false: only the open one.
   GraphWindow* OpenGraphWindow(bool show = true);
+  // A channel of the outing on the axis for side-panel scale `place` (0, 1 left, 2 right).
+  void ChooseAxisPanelChannel(int place);
   // One tick of Timer1 (also run by the timer every second).
   void PollNewData();
 

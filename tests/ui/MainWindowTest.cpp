@@ -179,6 +179,28 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   EXPECT_GT(s.folder().TimeEnd, 60000);
   EXPECT_NEAR(s.folder().CursorTime, s.folder().TimeEnd / 3.0, 1.0);
   EXPECT_TRUE(g->windowTitle().startsWith("Time Plot - ")) << g->windowTitle().toStdString();
+
+  // RPM's scale in the left side panel: the channel is drawn, and the panel shows (in a folder
+  // that isn't tiled: the demo's is).
+  s.action("Tile Graphs")->trigger();
+  EXPECT_FALSE(g->Panel(0)->isVisible());
+  const int rpm = FindChannelByName(*s.ws, 0, 0, "RPM");
+  s.host->channels = {rpm};
+  s.window->ChooseAxisPanelChannel(0);
+  QApplication::processEvents();
+  EXPECT_EQ(s.folder().AxisPanelChannels[0], "RPM");
+  const OutingRec& first = s.folder().Outings[0];
+  EXPECT_NE(first.Laps[static_cast<std::size_t>(first.CurLap)].LapChannels[static_cast<std::size_t>(rpm)].Shown, 0);
+  EXPECT_TRUE(g->Panel(0)->isVisible());
+  EXPECT_FALSE(g->Panel(1)->isVisible());
+  int scale = 0;  // the scale's ticks and labels in the trace's colour
+  for (int y = 0; y < g->Panel(0)->Image.height(); ++y) {
+    for (int x = 0; x < g->Panel(0)->Image.width(); ++x) scale += g->Panel(0)->Image.pixelColor(x, y) != QColor(Qt::white);
+  }
+  EXPECT_GT(scale, 200);
+  s.action("Tile Graphs")->trigger();
+  QApplication::processEvents();
+  EXPECT_FALSE(g->Panel(0)->isVisible());
 }
 
 TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {
