@@ -46,7 +46,6 @@ TreeWindow::TreeWindow(frmChlTree& tree, QWidget* parent) : QTreeWidget(parent),
   connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
     if (showing_ || item == nullptr) return;
     tree_.SelectNode(item->data(0, Qt::UserRole).toInt());
-    if (SelectionChanged) SelectionChanged();
   });
 }
 

@@ -2,7 +2,8 @@
 
 // The channel tree's window: the nodes of frmChlTree in a tree control, with an image per
 // channel class. A click makes the node current; a channel node can be dragged onto a plot; the
-// right button opens the commands of the node's level.
+// right button opens the commands of the node's level. A click's plots follow through the
+// tree's own redraw.
 
 #include <QTreeWidget>
 #include <functional>
@@ -17,8 +18,6 @@ class TreeWindow : public QTreeWidget {
   // Shows the tree's nodes again, the selected one selected; the tree must be loaded first.
   void Show();
 
-  // Told after a click made another node current, so the plots follow.
-  std::function<void()> SelectionChanged;
   // The popup menu of the selected node's level.
   std::function<void(QPoint global)> PopupMenu;
 
