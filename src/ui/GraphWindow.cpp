@@ -1,6 +1,8 @@
 #include "ui/GraphWindow.h"
 
 #include <QCursor>
+#include <algorithm>
+#include <iterator>
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -165,13 +167,29 @@ void GraphWindow::keyPressEvent(QKeyEvent* e) {
   QWidget::keyPressEvent(e);
 }
 
+bool GraphWindow::event(QEvent* e) {
+  // The graph's keys win over the menus' shortcuts while it has the focus.
+  if (e->type() == QEvent::ShortcutOverride) {
+    static const int keys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Home, Qt::Key_End};
+    const int key = static_cast<QKeyEvent*>(e)->key();
+    if (std::find(std::begin(keys), std::end(keys), key) != std::end(keys)) {
+      e->accept();
+      return true;
+    }
+  }
+  return QWidget::event(e);
+}
+
 void GraphWindow::dragEnterEvent(QDragEnterEvent* e) {
-  if (e->mimeData()->hasFormat(kChannelMime)) e->acceptProposedAction();
+  if (!e->mimeData()->hasFormat(kChannelMime)) return;
+  e->setDropAction(Qt::CopyAction);  // never a move: the tree keeps its node
+  e->accept();
 }
 
 void GraphWindow::dropEvent(QDropEvent* e) {
   const QStringList parts = QString::fromLatin1(e->mimeData()->data(kChannelMime)).split(QLatin1Char(':'));
   if (parts.size() != 2 || !ChannelDropped) return;
-  e->acceptProposedAction();
+  e->setDropAction(Qt::CopyAction);
+  e->accept();
   ChannelDropped(parts[0].toInt(), parts[1].toInt());
 }

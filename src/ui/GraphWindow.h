@@ -41,6 +41,7 @@ class GraphWindow : public QWidget {
   static constexpr char kChannelMime[] = "application/x-orlan-channel";
 
  protected:
+  bool event(QEvent* e) override;
   void keyPressEvent(QKeyEvent* e) override;
   void dragEnterEvent(QDragEnterEvent* e) override;
   void dropEvent(QDropEvent* e) override;

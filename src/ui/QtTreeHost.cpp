@@ -52,11 +52,13 @@ QTreeWidget* MakeTable(const QStringList& columns, bool multiple) {
   return table;
 }
 
-// The rows chosen, by the number each row was given as its data.
+// The rows chosen and in sight (a filter may hide selected rows), by the number each row was
+// given as its data.
 std::vector<int> Chosen(const QTreeWidget* table) {
   std::vector<int> out;
   for (int i = 0; i < table->topLevelItemCount(); ++i) {
-    if (table->topLevelItem(i)->isSelected()) out.push_back(table->topLevelItem(i)->data(0, Qt::UserRole).toInt());
+    const QTreeWidgetItem* item = table->topLevelItem(i);
+    if (item->isSelected() && !item->isHidden()) out.push_back(table->topLevelItem(i)->data(0, Qt::UserRole).toInt());
   }
   return out;
 }

@@ -1,6 +1,7 @@
 #include "ui/frmMDIForm.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -29,6 +30,9 @@ namespace {
 QString Plain(QString text) { return text.remove(QLatin1Char('&')).remove(QStringLiteral("...")); }
 
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
+
+// What the time view spans: the Datum's laps.
+std::array<int, 3> Comparison(const FolderRec& f) { return {f.DatumOuting, f.DatumLap, f.LapsDisplayed}; }
 
 }  // namespace
 
@@ -152,7 +156,7 @@ void frmMDIForm::BuildMenus() {
   plots->addSeparator();
   QAction* tile = AddAction(plots, QStringLiteral("Tile &Graphs"), [this] {
     FolderInView(ws_).Options.TileGraphs = !FolderInView(ws_).Options.TileGraphs;
-    Run([&] { tree_.LoadTreeData(); });
+    AfterChange();
   });
   tile->setCheckable(true);
   QAction* events = AddAction(plots, QStringLiteral("&Event Markers"), [this] {
@@ -168,12 +172,13 @@ void frmMDIForm::BuildMenus() {
 
   QMenu* zoom = menuBar()->addMenu(QStringLiteral("&Zoom"));
   const auto view = [this](void (*command)(Workspace&)) { return [this, command] { command(ws_); }; };
-  AddAction(zoom, QStringLiteral("Zoom &In"), view(&ZoomIn), Qt::Key_PageUp);
-  AddAction(zoom, QStringLiteral("Zoom &Out"), view(&ZoomOut), Qt::Key_PageDown);
+  AddAction(zoom, QStringLiteral("Zoom &In"), view(&ZoomIn), QKeySequence::ZoomIn);
+  AddAction(zoom, QStringLiteral("Zoom &Out"), view(&ZoomOut), QKeySequence::ZoomOut);
   AddAction(zoom, QStringLiteral("Zoom &All"), view(&ZoomAll), Qt::CTRL | Qt::Key_A);
   AddAction(zoom, QStringLiteral("Zoom to &Cursor"), view(&ZoomCursor));
-  AddAction(zoom, QStringLiteral("Scroll &Left"), view(&ScrollLeft), Qt::CTRL | Qt::Key_Left);
-  AddAction(zoom, QStringLiteral("Scroll &Right"), view(&ScrollRight), Qt::CTRL | Qt::Key_Right);
+  // Not on the arrows: with Ctrl they step the cursor by ten samples.
+  AddAction(zoom, QStringLiteral("Scroll &Left"), view(&ScrollLeft), Qt::ALT | Qt::Key_PageUp);
+  AddAction(zoom, QStringLiteral("Scroll &Right"), view(&ScrollRight), Qt::ALT | Qt::Key_PageDown);
   AddAction(zoom, QStringLiteral("Go to &Start"), view(&GotoStart));
   AddAction(zoom, QStringLiteral("Go to &End"), view(&GotoEnd));
   for (const bool maximum : {false, true}) {
@@ -215,19 +220,33 @@ void frmMDIForm::BuildToolBar() {
 }
 
 void frmMDIForm::Run(const std::function<void()>& command) {
+  busy_ = true;
   command();
-  AfterChange();
+  busy_ = false;
+  AfterChange(false);  // the command rebuilt the tree and redrew its folder
 }
 
-void frmMDIForm::AfterChange() {
+bool frmMDIForm::ResetViewIfNeeded() {
   FolderRec& folder = FolderInView(ws_);
-  // A folder that just got its first outing shows all of it.
-  if (folder.TimeEnd - folder.TimeStart <= 10 && AnyOutingLoaded(ws_, ws_.CurFolder)) {
-    folder.TimeStart = 0;
-    folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws_));
-  }
-  tree_.LoadTreeData();
+  // The view spans the Datum's laps: a new Datum or another count of laps shows all of the new
+  // span, as does a folder that just got its first outing.
+  const std::array<int, 3> comparison = Comparison(folder);
+  auto& seen = comparison_[static_cast<std::size_t>(ws_.CurFolder)];
+  const bool changed = seen != comparison || folder.TimeEnd - folder.TimeStart <= 10;
+  seen = comparison;
+  if (!changed || !AnyOutingLoaded(ws_, ws_.CurFolder)) return false;
+  folder.TimeStart = 0;
+  folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws_));
+  folder.TimeZoomDepth = 0;
+  return true;
+}
+
+void frmMDIForm::AfterChange(bool redraw) {
+  FolderRec& folder = FolderInView(ws_);
+  redraw = ResetViewIfNeeded() || redraw;
+  if (redraw) tree_.LoadTreeData();
   tree_view_->Show();
+  ShowCurrentTab();
   Action(QStringLiteral("Entire Outing"))->setChecked(folder.LapsDisplayed == frmGroupLaps::kEntireOuting);
   Action(QStringLiteral("Tile Graphs"))->setChecked(folder.Options.TileGraphs);
   Action(QStringLiteral("Event Markers"))->setChecked(ws_.Options.EventMarkers);
@@ -235,7 +254,20 @@ void frmMDIForm::AfterChange() {
   int outings = 0;
   for (const OutingRec& o : folder.Outings) outings += o.Loaded != 0;
   statusBar()->showMessage(QStringLiteral("Folder - %1    %2 outing(s)").arg(folder.Name.trimmed()).arg(outings));
-  RefreshPlots(ws_);
+  if (redraw) RefreshPlots(ws_);
+}
+
+void frmMDIForm::ShowCurrentTab() {
+  // A command may have moved to another folder (a folder deleted, a new one added): the tab and
+  // the windows in view follow the folder the workspace is on.
+  switching_tabs_ = true;
+  for (int i = 0; i < tabs_->count(); ++i) {
+    if (tabs_->tabData(i).toInt() == ws_.CurFolder) tabs_->setCurrentIndex(i);
+  }
+  switching_tabs_ = false;
+  for (QMdiSubWindow* w : mdi_->subWindowList()) {
+    if (auto* g = dynamic_cast<GraphWindow*>(w->widget())) w->setVisible(g->Folder() == ws_.CurFolder);
+  }
 }
 
 GraphWindow* frmMDIForm::GraphOf(int folder) const {
@@ -278,7 +310,9 @@ void frmMDIForm::DropChannel(int slot, int channel) {
   // The dropped channel joins every lap compared in the folder, by its name, and takes the axis.
   FolderRec& folder = FolderInView(ws_);
   if (slot < 0 || slot >= kOutingsPerFolder || folder.Outings[static_cast<std::size_t>(slot)].Loaded == 0) return;
-  const QString name = folder.Outings[static_cast<std::size_t>(slot)].Channels.at(static_cast<std::size_t>(channel)).ShortName;
+  const auto& dropped = folder.Outings[static_cast<std::size_t>(slot)].Channels;
+  if (channel < 0 || channel >= static_cast<int>(dropped.size())) return;
+  const QString name = dropped[static_cast<std::size_t>(channel)].ShortName;
   for (int s = 0; s < kOutingsPerFolder; ++s) {
     OutingRec& o = folder.Outings[static_cast<std::size_t>(s)];
     const int c = o.Loaded != 0 ? FindChannelByName(ws_, ws_.CurFolder, s, name) : -1;
@@ -334,21 +368,26 @@ void frmMDIForm::ChooseAxisPanelChannel(int place) {
 
 void frmMDIForm::TreeMenu(QPoint global) {
   QMenu menu;
-  for (const char* name : {"Add Channel(s)", "Replace Channel", "Delete Channel", "Add Lap(s)", "Add Next Lap", "Add Previous Lap",
-                           "Delete Lap", "Lap Colour", "Outing Colour", "Hide Outing", "Delete Outing"}) {
-    menu.addAction(Action(QString::fromLatin1(name)));
-  }
+  // The add-or-replace entries act on what the clicked node is, as the tree's dispatchers say.
+  menu.addAction(QStringLiteral("Add/Replace Outing..."), [this] { Run([&] { tree_.AddReplaceOuting(); }); });
+  menu.addAction(QStringLiteral("Add/Replace Lap..."), [this] { Run([&] { tree_.AddReplaceLap(); }); });
+  menu.addAction(QStringLiteral("Add/Replace Channel..."), [this] { Run([&] { tree_.AddReplaceChannel(); }); });
+  menu.addSeparator();
+  const int16_t level = tree_.Level();
+  std::vector<const char*> names;
+  if (level == kLevelDatum) names = {"Select Datum Outing", "Select Datum Lap", "Delete Datum"};
+  if (level == kLevelOuting) names = {"Outing Colour", "Undo Outing Colour", "Hide Outing", "Hide Laps", "Delete Outing"};
+  if (level == kLevelLap) names = {"Add Next Lap", "Add Previous Lap", "Lap Colour", "Undo Lap Colour", "Delete Lap"};
+  if (level == kLevelChannel) names = {"Add Channel(s) to all Outings", "Delete Channel", "Delete Channel from all Outings"};
+  if (level == kLevelRoot) names = {"Edit Folder Name", "Group Laps", "Entire Outing"};
+  for (const char* name : names) menu.addAction(Action(QString::fromLatin1(name)));
   menu.exec(global);
 }
 
 void frmMDIForm::ShowFolder(int folder) {
   ws_.CurFolder = static_cast<int16_t>(folder);
   ws_.CurOuting = FolderInView(ws_).SelOuting;
-  // Each folder's plot windows show only while its tab is in view.
-  for (QMdiSubWindow* w : mdi_->subWindowList()) {
-    if (auto* g = dynamic_cast<GraphWindow*>(w->widget())) w->setVisible(g->Folder() == folder);
-  }
-  AfterChange();
+  AfterChange();  // each folder's plot windows show only while its tab is in view
 }
 
 int frmMDIForm::FolderTabCount() { return tabs_->count(); }
@@ -385,6 +424,10 @@ void frmMDIForm::CloseOpenWindows() {
 }
 
 void frmMDIForm::PollNewData() {
+  // Never inside a command, a dialog, a menu or another load: the announcement waits for the
+  // next tick ("New" stays True until then).
+  if (busy_ || polling_ || QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr) return;
+  polling_ = true;
   DownloadHandler handler;
   handler.HoldsOuting = [this](int folder) { return AnyOutingLoaded(ws_, folder); };
   handler.LoadNewFile = [this](int folder, const QString& path) {
@@ -396,18 +439,23 @@ void frmMDIForm::PollNewData() {
     ws_.CurOuting = outing_before;
     statusBar()->showMessage(QStringLiteral("New data: ") + path);
   };
-  if (Timer1Poll(ws_, handler) > 0) AfterChange();
+  const int loads = Timer1Poll(ws_, handler);
+  polling_ = false;
+  if (loads > 0) AfterChange();
 }
 
 void frmMDIForm::SaveGeometry(const QString& section, QWidget* window, bool active) {
   SettingsStore& s = ws_.Settings;
   s.WriteBool(kAppAnalysis, section, "Active", active);
   if (window == nullptr) return;
-  s.WriteInt(kAppAnalysis, section, "Top", window->y());
-  s.WriteInt(kAppAnalysis, section, "Left", window->x());
-  s.WriteInt(kAppAnalysis, section, "Height", window->height());
-  s.WriteInt(kAppAnalysis, section, "Width", window->width());
-  s.WriteInt(kAppAnalysis, section, "State", window->isMaximized() ? 2 : window->isMinimized() ? 1 : 0);
+  // The normal place and size, so that a maximized window comes back maximized and restores to
+  // where it was; a window closed minimized comes back as it was before.
+  const QRect normal = window->isMaximized() || window->isMinimized() ? window->normalGeometry() : window->geometry();
+  s.WriteInt(kAppAnalysis, section, "Top", normal.y());
+  s.WriteInt(kAppAnalysis, section, "Left", normal.x());
+  s.WriteInt(kAppAnalysis, section, "Height", normal.height());
+  s.WriteInt(kAppAnalysis, section, "Width", normal.width());
+  s.WriteInt(kAppAnalysis, section, "State", window->isMaximized() ? 2 : 0);
 }
 
 void frmMDIForm::RestoreGeometry(const QString& section, QWidget* window) {
@@ -425,7 +473,7 @@ void frmMDIForm::RestoreGeometry(const QString& section, QWidget* window) {
 void frmMDIForm::SaveLastState() {
   SaveFolderState(ws_);
   SaveGeometry(QStringLiteral("MDIForm"), this, true);
-  SaveGeometry(QStringLiteral("Channels"), tree_window_, true);
+  SaveGeometry(QStringLiteral("Channels"), tree_window_, tree_window_->isVisible());
   for (int f = 0; f < kFolderCount; ++f) {
     GraphWindow* g = GraphOf(f);
     SaveGeometry(FolderSection("Graph", f), g != nullptr ? SubWindowOf(g) : nullptr, g != nullptr);
@@ -439,7 +487,9 @@ void frmMDIForm::SaveLastState() {
 void frmMDIForm::ReadLastState() {
   RestoreGeometry(QStringLiteral("MDIForm"), this);
   RestoreGeometry(QStringLiteral("Channels"), tree_window_);
+  if (!ws_.Settings.ReadBool(kAppAnalysis, QStringLiteral("Channels"), "Active", true)) tree_window_->hide();
   const std::vector<int> folders = ReadFolderState(ws_);
+  for (int f : folders) comparison_[static_cast<std::size_t>(f)] = Comparison(ws_.FolderTable[static_cast<std::size_t>(f)]);
   switching_tabs_ = true;
   while (tabs_->count() > 0) tabs_->removeTab(0);
   for (int f : folders) tabs_->setTabData(tabs_->addTab(ws_.FolderTable[static_cast<std::size_t>(f)].Name.trimmed()), f);

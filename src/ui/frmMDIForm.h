@@ -7,9 +7,11 @@
 
 #include <QMainWindow>
 #include <QTimer>
+#include <array>
 #include <map>
 #include <memory>
 
+#include "core/workspace/FolderTable.h"
 #include "core/workspace/frmChlTree.h"
 #include "ui/QtTreeHost.h"
 
@@ -61,7 +63,11 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   // Runs a tree command and shows what it changed: tree, tabs, plots.
   void Run(const std::function<void()>& command);
   void ShowFolder(int folder);
-  void AfterChange();
+  // Shows what changed: the view reset when the comparison changed, tree, tab, menus, status;
+  // with `redraw` the tree is rebuilt and the plots redrawn (a tree command did both already).
+  void AfterChange(bool redraw = true);
+  bool ResetViewIfNeeded();
+  void ShowCurrentTab();
   void DropChannel(int slot, int channel);
   void PlotMenu(QPoint global, bool over_axis);
   void TreeMenu(QPoint global);
@@ -81,4 +87,8 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   QTimer timer1_;
   bool switching_tabs_ = false;
   bool closing_ = false;  // the main window goes: its children close without asking
+  bool busy_ = false;     // a command is running (its dialogs run their own event loops)
+  bool polling_ = false;  // a Timer1 load is running
+  // Per folder, the Datum outing and lap and LapsDisplayed the view was last made for.
+  std::array<std::array<int, 3>, kFolderCount> comparison_{};
 };

@@ -33,6 +33,8 @@ class ScriptedHost : public QtTreeHost {
   std::vector<int> channels;
   QStringList ChooseOutingFiles(const QString&, bool) override { return files; }
   std::vector<int> ChooseChannels(const QString&, int, bool) override { return channels; }
+  std::optional<QString> AskText(const QString&, const QString&, const QString&) override { return text; }
+  QString text;
 };
 
 struct Session {
@@ -133,6 +135,8 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     EXPECT_NEAR(s.folder().CursorTime, on_sample + sample, 0.01);
     QTest::keyClick(g, Qt::Key_Right, Qt::ShiftModifier);
     EXPECT_NEAR(s.folder().CursorTime, on_sample + 101 * sample, 0.01);
+    QTest::keyClick(g, Qt::Key_Left, Qt::ControlModifier);  // the graph's, not a menu shortcut's
+    EXPECT_NEAR(s.folder().CursorTime, on_sample + 91 * sample, 0.01);
 
     // A drag zooms to the span; undo brings the whole lap back.
     const int32_t start = s.folder().TimeStart, end = s.folder().TimeEnd;
@@ -239,6 +243,20 @@ TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {
   EXPECT_FALSE(tree->isVisible());
   s.action("Channel Tree")->trigger();
   EXPECT_TRUE(tree->isVisible());
+
+  // The only folder can't go; a second one can, and the tab in view follows the folder the
+  // workspace moves to.
+  s.action("Delete Folder")->trigger();
+  EXPECT_EQ(s.messages.entries.back().text, "Cannot delete the only Folder");
+  s.host->text = QStringLiteral("Second");
+  s.host->files = {JoinPath(data, "SILV0101.DAT")};
+  s.action("Add New Folder")->trigger();
+  ASSERT_EQ(s.window->Tabs()->count(), 2);
+  EXPECT_EQ(s.ws->CurFolder, 1);
+  EXPECT_EQ(s.window->Tabs()->tabText(s.window->Tabs()->currentIndex()), "Second");
+  s.action("Delete Folder")->trigger();
+  ASSERT_EQ(s.window->Tabs()->count(), 1);
+  EXPECT_EQ(s.window->Tabs()->tabData(s.window->Tabs()->currentIndex()).toInt(), s.ws->CurFolder);
 }
 
 }  // namespace

@@ -101,6 +101,19 @@ void ReadFolder(Workspace& ws, int f) {
     folder.DatumLap = static_cast<int16_t>(datum_lap);
   }
   folder.ActiveChannel = static_cast<int16_t>(s.ReadInt(kAppAnalysis, section, "ActiveChannel", 0));
+  // The tree's current node: the channel on the axis when the selected outing's lap shows it,
+  // else that lap's first channel.
+  if (outing_loaded(folder.SelOuting)) {
+    const OutingRec& o = folder.Outings[static_cast<std::size_t>(folder.SelOuting)];
+    const bool on_lap = o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size()) && folder.ActiveChannel >= 0 &&
+                        folder.ActiveChannel < static_cast<int>(o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels.size()) &&
+                        o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels[static_cast<std::size_t>(folder.ActiveChannel)].Shown != 0;
+    if (on_lap) {
+      folder.SelChannel = folder.ActiveChannel;
+    } else {
+      FindCurrentChannel(ws, folder.SelOuting, o.CurLap);
+    }
+  }
   folder.TimeStart = s.ReadInt(kAppAnalysis, section, "TimeStart", 0);
   folder.TimeEnd = s.ReadInt(kAppAnalysis, section, "TimeEnd", 0);
   folder.CursorTime = static_cast<float>(s.ReadDouble(kAppAnalysis, section, "CursorTime", 0));

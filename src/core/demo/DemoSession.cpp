@@ -36,9 +36,9 @@ bool WriteDemoSession(const QString& home, Messages& messages) {
   folder.TimeStart = 0;
   folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws));
   folder.CursorTime = static_cast<float>(folder.TimeEnd) / 3;  // in the first corners, not on the edge
-  folder.Options.TileGraphs = true;  // speed and throttle each in a band of its own
   SaveFolderState(ws);
-  SaveRegistryData(ws);
+  // Speed and throttle each in a band of its own; no other option of the home is touched.
+  ws.Settings.WriteBool(kAppAnalysis, FolderSection("UserOptions", 0), "TileGraphs", true);
   ws.Settings.WriteBool(kAppAnalysis, FolderSection("Graph", 0), "Active", true);
   ws.Settings.Sync(kAppAnalysis);
   return true;

@@ -37,6 +37,9 @@ bool frmChlTree::AddAnotherFolder() {
   FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(free)];
   for (OutingRec& o : folder.Outings) o = OutingRec{};
   InitFolder(folder);
+  // A folder deleted earlier may have left its comparison settings in this entry.
+  folder.LapsDisplayed = folder.GroupCount = 1;
+  folder.AxisPanelChannels = {};
   folder.Name = name->trimmed().left(kNameWidth);
   folder.InUse = -1;
   host_.AddFolderTab(free, folder.Name);
@@ -59,6 +62,11 @@ bool frmChlTree::mnuEditFolder() {
 }
 
 bool frmChlTree::DeleteCurrentFolder() {
+  // Without a folder nothing could be loaded or saved: the last one stays.
+  if (host_.FolderTabCount() <= 1) {
+    ws_.messages.Show(QStringLiteral("Cannot delete the only Folder"), QStringLiteral("Delete Folder"), MessageIcon::Exclamation);
+    return false;
+  }
   const int gone = ws_.CurFolder;
   host_.CloseOpenWindows();
   FolderRec& folder = Folder();
