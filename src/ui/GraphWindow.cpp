@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
+#include <QScrollArea>
 #include <QSplitter>
 
 #include "core/app/Workspace.h"
@@ -44,7 +45,13 @@ GraphWindow::GraphWindow(Workspace& ws, int folder, QWidget* parent)
   row->addWidget(right_);
   split_ = new QSplitter(Qt::Horizontal);  // the sizing bar to the numeric panel
   split_->addWidget(area);
-  split_->addWidget(numeric_);
+  // The numeric panel is as tall as its rows need (AutoSizeNumeric) and scrolls past the
+  // window's height.
+  auto* numeric_scroll = new QScrollArea;
+  numeric_scroll->setWidget(numeric_);
+  numeric_scroll->setWidgetResizable(true);
+  numeric_scroll->setFrameShape(QFrame::NoFrame);
+  split_->addWidget(numeric_scroll);
   split_->setStretchFactor(0, 1);
   split_->setSizes({800, 220});
   auto* layout = new QHBoxLayout(this);
@@ -121,6 +128,8 @@ void GraphWindow::Paint(const std::function<void()>& draw) {
 }
 
 void GraphWindow::PaintNumerics() {
+  const int rows_height = static_cast<int>(graph_.NumericHeight / kTwips);
+  if (numeric_->minimumHeight() != rows_height) numeric_->setMinimumHeight(rows_height);
   numeric_->FitImage();
   QPainter painter(&numeric_->Image);
   QtSurface surface(painter, numeric_->Image.size());
