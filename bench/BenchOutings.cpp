@@ -8,7 +8,10 @@
 #include "core/app/Files.h"
 #include "core/app/Startup.h"
 #include "core/demo/DemoInstall.h"
+#include "core/outing/OpenOuting.h"
 #include "core/outing/OutingWriter.h"
+#include "core/plots/PlotScale.h"
+#include "core/track/DistanceTime.h"
 
 BenchHome& TheBenchHome() {
   static QTemporaryDir dir;
@@ -51,4 +54,30 @@ QString WideBenchOuting() {
   }
   WriteOutingFile(path, header, blocks);
   return path;
+}
+
+void ShowBenchGraph(Workspace& ws) {
+  static const char* const kChannels[] = {"SYSTEM SPEED", "THROTTLE", "BRAKE PRESSURE", "RPM",
+                                          "LATERAL G",    "LONG G",   "STEERING",       "GEAR"};
+  ws.CurFolder = 0;
+  ws.CurOuting = 0;
+  if (!OpenOuting(ws, TheBenchHome().outing)) std::abort();
+  OutingRec& o = ws.FolderTable[0].Outings[0];
+  int color = 0;
+  for (int lap = 2; lap <= 5; ++lap) {
+    o.Laps[static_cast<std::size_t>(lap)].Shown = -1;
+    for (const char* name : kChannels) {
+      const int c = FindChannelByName(ws, 0, 0, QString::fromLatin1(name));
+      LapChannelRec& cache = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)];
+      cache.Shown = -1;
+      cache.Color = static_cast<int16_t>(color++ % kPaletteSize);
+    }
+  }
+  o.CurLap = 2;
+  FolderRec& f = ws.FolderTable[0];
+  f.SelOuting = 0;
+  f.ActiveChannel = static_cast<int16_t>(FindChannelByName(ws, 0, 0, QStringLiteral("SYSTEM SPEED")));
+  f.TimeStart = 0;
+  f.TimeEnd = static_cast<int32_t>(GetMaxTime(ws));
+  f.CursorTime = 30000;
 }

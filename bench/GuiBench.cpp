@@ -11,16 +11,10 @@
 #include <vector>
 
 #include "BenchOutings.h"
-#include "core/app/Startup.h"
-#include "core/outing/OpenOuting.h"
-#include "core/plots/PlotScale.h"
-#include "core/track/DistanceTime.h"
 #include "ui/GraphWindow.h"
 #include "ui/frmMDIForm.h"
 
 namespace {
-
-const char* kChannels[] = {"SYSTEM SPEED", "THROTTLE", "BRAKE PRESSURE", "RPM", "LATERAL G", "LONG G", "STEERING", "GEAR"};
 
 class FileHost : public QtTreeHost {
  public:
@@ -34,34 +28,13 @@ double Median(std::vector<double> v) {
   return v[v.size() / 2];
 }
 
-// Laps 2..5 of the demo outing with the eight channels, as a person would have set them up.
-void ShowEightChannelsOverFourLaps(Workspace& ws) {
-  ws.CurFolder = 0;
-  ws.CurOuting = 0;
-  if (!OpenOuting(ws, TheBenchHome().outing)) std::abort();
-  OutingRec& o = ws.FolderTable[0].Outings[0];
-  for (int lap = 2; lap <= 5; ++lap) {
-    o.Laps[static_cast<std::size_t>(lap)].Shown = -1;
-    for (const char* name : kChannels) {
-      const int c = FindChannelByName(ws, 0, 0, QString::fromLatin1(name));
-      o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)].Shown = -1;
-    }
-  }
-  o.CurLap = 2;
-  FolderRec& f = ws.FolderTable[0];
-  f.ActiveChannel = static_cast<int16_t>(FindChannelByName(ws, 0, 0, QStringLiteral("SYSTEM SPEED")));
-  f.TimeStart = 0;
-  f.TimeEnd = static_cast<int32_t>(GetMaxTime(ws));
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
-  BenchHome& home = TheBenchHome();
-  Workspace& ws = *home.ws;
-  ShowEightChannelsOverFourLaps(ws);
+  Workspace& ws = *TheBenchHome().ws;
+  ShowBenchGraph(ws);
   auto host = std::make_unique<FileHost>(ws);
   FileHost* files = host.get();
   frmMDIForm window(ws, std::move(host));

@@ -12,43 +12,17 @@
 #include <cstring>
 
 #include "BenchOutings.h"
-#include "core/outing/OpenOuting.h"
-#include "core/plots/PlotScale.h"
 #include "core/plots/RecordingSurface.h"
 #include "core/plots/frmGraph.h"
-#include "core/track/DistanceTime.h"
 #include "render/QtSurface.h"
 
 namespace {
 
-const char* kChannels[] = {"SYSTEM SPEED", "THROTTLE", "BRAKE PRESSURE", "RPM", "LATERAL G", "LONG G", "STEERING", "GEAR"};
-
-// The outing in slot 0 with laps 2..5 and the eight channels shown, the view over a whole lap.
+// The graph the window benchmarks draw, set up once.
 Workspace& GraphWorkspace() {
   static Workspace* ws = [] {
-    BenchHome& home = TheBenchHome();
-    Workspace& w = *home.ws;
-    w.CurFolder = 0;
-    w.CurOuting = 0;
-    if (!OpenOuting(w, home.outing)) std::abort();
-    OutingRec& o = w.FolderTable[0].Outings[0];
-    int color = 0;
-    for (int lap = 2; lap <= 5; ++lap) {
-      o.Laps[static_cast<std::size_t>(lap)].Shown = -1;
-      for (const char* name : kChannels) {
-        const int c = FindChannelByName(w, 0, 0, QString::fromLatin1(name));
-        LapChannelRec& cache = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)];
-        cache.Shown = -1;
-        cache.Color = static_cast<int16_t>(color++ % kPaletteSize);
-      }
-    }
-    o.CurLap = 2;
-    FolderRec& f = w.FolderTable[0];
-    f.SelOuting = 0;
-    f.ActiveChannel = static_cast<int16_t>(FindChannelByName(w, 0, 0, QStringLiteral("SYSTEM SPEED")));
-    f.TimeStart = 0;
-    f.TimeEnd = static_cast<int32_t>(GetMaxTime(w));
-    f.CursorTime = 30000;
+    Workspace& w = *TheBenchHome().ws;
+    ShowBenchGraph(w);
     return &w;
   }();
   return *ws;
