@@ -1,8 +1,7 @@
 #include "ui/GraphWindow.h"
 
 #include <QCursor>
-#include <algorithm>
-#include <iterator>
+#include <optional>
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -22,6 +21,19 @@ namespace {
 constexpr double kTwips = 15;  // twips a pixel
 
 FolderRec& FolderOf(Workspace& ws, int folder) { return ws.FolderTable[static_cast<std::size_t>(folder)]; }
+
+// The keys the graph answers, whatever the modifiers: none when the key isn't one of them.
+std::optional<frmGraph::Key> GraphKey(int qt_key) {
+  static const std::pair<int, frmGraph::Key> keys[] = {
+      {Qt::Key_Left, frmGraph::Key::Left}, {Qt::Key_Right, frmGraph::Key::Right}, {Qt::Key_Up, frmGraph::Key::Up},
+      {Qt::Key_Down, frmGraph::Key::Down}, {Qt::Key_Return, frmGraph::Key::Enter}, {Qt::Key_Enter, frmGraph::Key::Enter},
+      {Qt::Key_Home, frmGraph::Key::Home}, {Qt::Key_End, frmGraph::Key::End},
+  };
+  for (const auto& [qt, key] : keys) {
+    if (qt == qt_key) return key;
+  }
+  return std::nullopt;
+}
 
 }  // namespace
 
@@ -162,29 +174,17 @@ void GraphWindow::OnMouse(int kind, QMouseEvent* e) {
 }
 
 void GraphWindow::keyPressEvent(QKeyEvent* e) {
-  static const std::pair<int, frmGraph::Key> keys[] = {
-      {Qt::Key_Left, frmGraph::Key::Left}, {Qt::Key_Right, frmGraph::Key::Right}, {Qt::Key_Up, frmGraph::Key::Up},
-      {Qt::Key_Down, frmGraph::Key::Down}, {Qt::Key_Return, frmGraph::Key::Enter}, {Qt::Key_Enter, frmGraph::Key::Enter},
-      {Qt::Key_Home, frmGraph::Key::Home}, {Qt::Key_End, frmGraph::Key::End},
-  };
-  for (const auto& [qt, key] : keys) {
-    if (e->key() != qt) continue;
-    const Qt::KeyboardModifiers m = e->modifiers();
-    Event([&, key = key] { graph_.KeyDown(key, m & Qt::ShiftModifier, m & Qt::ControlModifier, m & Qt::AltModifier); });
-    return;
-  }
-  QWidget::keyPressEvent(e);
+  const std::optional<frmGraph::Key> key = GraphKey(e->key());
+  if (!key) return QWidget::keyPressEvent(e);
+  const Qt::KeyboardModifiers m = e->modifiers();
+  Event([&] { graph_.KeyDown(*key, m & Qt::ShiftModifier, m & Qt::ControlModifier, m & Qt::AltModifier); });
 }
 
 bool GraphWindow::event(QEvent* e) {
   // The graph's keys win over the menus' shortcuts while it has the focus.
-  if (e->type() == QEvent::ShortcutOverride) {
-    static const int keys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Home, Qt::Key_End};
-    const int key = static_cast<QKeyEvent*>(e)->key();
-    if (std::find(std::begin(keys), std::end(keys), key) != std::end(keys)) {
-      e->accept();
-      return true;
-    }
+  if (e->type() == QEvent::ShortcutOverride && GraphKey(static_cast<QKeyEvent*>(e)->key())) {
+    e->accept();
+    return true;
   }
   return QWidget::event(e);
 }

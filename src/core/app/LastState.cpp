@@ -121,6 +121,8 @@ void ReadFolder(Workspace& ws, int f) {
 
 }  // namespace
 
+bool HasFolderState(const Workspace& ws) { return !ws.Settings.ListSection(kAppAnalysis, Section(0)).isEmpty(); }
+
 void SaveFolderState(Workspace& ws) {
   for (int f = 0; f < kFolderCount; ++f) SaveFolder(ws, f);
   ws.Settings.Sync(kAppAnalysis);

@@ -8,6 +8,9 @@
 
 struct Workspace;
 
+// True when the settings hold a session of folder 1, as SaveFolderState leaves one.
+bool HasFolderState(const Workspace& ws);
+
 // Writes the state of all 16 folders; a folder not in use leaves an empty section.
 void SaveFolderState(Workspace& ws);
 

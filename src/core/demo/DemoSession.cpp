@@ -13,8 +13,7 @@
 bool WriteDemoSession(const QString& home, Messages& messages) {
   Workspace ws(messages, home);
   if (!StartUp(ws, false)) return false;
-  const QString section = FolderSection("LastState", 0);
-  if (!ws.Settings.ListSection(kAppAnalysis, section).isEmpty()) return true;  // a session of the person's own
+  if (HasFolderState(ws)) return true;  // a session of the person's own
   const QString files[] = {QStringLiteral("SILV0101.DAT"), QStringLiteral("SILV0102.DAT")};
   FolderRec& folder = ws.FolderTable[0];
   for (int slot = 0; slot < 2; ++slot) {
