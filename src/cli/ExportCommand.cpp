@@ -25,6 +25,11 @@ std::string FloatText(float v) {
   return std::string(buf, r.ptr);
 }
 
+// A raw float word may be no number or infinite: an empty field in CSV and null in JSON, which
+// spreadsheets and pandas read as missing.
+std::string CsvSample(float v) { return std::isfinite(v) ? FloatText(v) : std::string(); }
+std::string JsonSample(float v) { return std::isfinite(v) ? FloatText(v) : std::string("null"); }
+
 struct ExportOptions {
   std::string file;
   std::string lap = "fast";
@@ -84,7 +89,7 @@ std::string Csv(const OutingRec& o, int lap, const std::vector<int>& picked) {
       for (int c : channels) {
         const auto& s = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)].Samples;
         text += ",";
-        if (r < s.size()) text += FloatText(s[r]);
+        if (r < s.size()) text += CsvSample(s[r]);
       }
     }
     text += "\n";
@@ -102,7 +107,7 @@ std::string Json(const OutingRec& o, int lap, const std::vector<int>& picked) {
     text += std::string(k ? "," : "") + "\n    {\"Index\": " + std::to_string(picked[k]) + ", \"Key\": " + std::to_string(c.Key) +
             ", \"Name\": " + json(c.Name.trimmed().toStdString()).dump() + ", \"Rate\": " + FloatText(c.Rate) + ", \"Samples\": [";
     const auto& s = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(picked[k])].Samples;
-    for (std::size_t i = 0; i < s.size(); ++i) text += (i ? "," : "") + FloatText(s[i]);
+    for (std::size_t i = 0; i < s.size(); ++i) text += (i ? "," : "") + JsonSample(s[i]);
     text += "]}";
   }
   return text + "\n  ]\n}\n";

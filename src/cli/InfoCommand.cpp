@@ -123,9 +123,9 @@ ordered_json Describe(const QString& path, OutingHeader& h, const ChannelDescrip
     for (const ConstantEntry& c : constants) cs.push_back({{"Name", Shown(c.Name)}, {"Value", c.Value}});
     j["Constants"] = cs;
   }
-  ordered_json problems = ordered_json::array();
-  for (const QString& p : CheckOutingLayout(h, file_size)) problems.push_back(p.toStdString());
-  j["Problems"] = problems;
+  ordered_json warnings = ordered_json::array();
+  for (const QString& p : CheckOutingLayout(h, file_size)) warnings.push_back(p.toStdString());
+  j["Warnings"] = warnings;
   return j;
 }
 
@@ -174,7 +174,8 @@ ordered_json DescribeOuting(const Workspace& ws, const OutingRec& o) {
   j["LastLap"] = o.LastLap;
   j["FastLap"] = o.FastLap;
   ordered_json laps = ordered_json::array();
-  for (int l = 0; l < o.LastLap; ++l) {
+  // Every row, the closing one included: a lap's time is the next row's start minus its own.
+  for (int l = 0; l <= o.LastLap && l < static_cast<int>(o.Laps.size()); ++l) {
     const LapRec& lap = o.Laps[static_cast<std::size_t>(l)];
     laps.push_back({{"Lap", l},
                     {"Number", LapNumberText(o, l).toStdString()},
@@ -303,7 +304,7 @@ void PrintText(const ordered_json& j) {
     std::printf("\nConstants\n");
     for (const auto& c : j["Constants"]) std::printf("  %-32s %g\n", c["Name"].get<std::string>().c_str(), c["Value"].get<double>());
   }
-  for (const auto& p : j["Problems"]) std::printf("Problem: %s\n", p.get<std::string>().c_str());
+  for (const auto& p : j["Warnings"]) std::printf("Warning: %s\n", p.get<std::string>().c_str());
 }
 
 }  // namespace
@@ -327,10 +328,20 @@ void AddInfoCommand(CLI::App& cli, CliContext& context) {
     ChannelDescriptorFile dsc;  // names of built-in channels, when the home has its CHANNEL.DSC
     ReadChannelDescriptorFile(JoinPath(SetupDirectoryOf(context), kChannelDscFileName), dsc);
     ordered_json j = Describe(path, header, dsc);
-    // What a load makes of it, when the header can be loaded at all.
+    // What a load makes of it: the program's own refusal, or the outing as loaded.
     StderrMessages messages;
-    auto ws = j["Problems"].empty() ? StartCliWorkspace(context, messages) : nullptr;
-    if (ws && LoadCliOuting(*ws, path)) j["Outing"] = DescribeOuting(*ws, OutingAt(*ws, 0));
+    const QString refusal = HeaderRefusal(header);
+    auto ws = refusal.isEmpty() ? StartCliWorkspace(context, messages) : nullptr;
+    bool refused = !refusal.isEmpty();
+    if (refused) messages.Show(QStringLiteral("Unable to process header"), QStringLiteral("Process header"), MessageIcon::Exclamation);
+    if (ws) {
+      if (LoadCliOuting(*ws, path)) {
+        j["Outing"] = DescribeOuting(*ws, OutingAt(*ws, 0));
+      } else {
+        refused = true;
+      }
+    }
+    if (!refusal.isEmpty()) std::fprintf(stderr, "  %s\n", qUtf8Printable(refusal));
     if (*json) {
       std::printf("%s\n", j.dump(2).c_str());
     } else {
@@ -340,7 +351,7 @@ void AddInfoCommand(CLI::App& cli, CliContext& context) {
         PrintMath(j["Outing"]);
       }
     }
-    if (!j["Problems"].empty()) context.exit_code = 2;
+    if (refused) context.exit_code = 2;
   });
 }
 

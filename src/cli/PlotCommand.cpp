@@ -57,7 +57,7 @@ bool PickLaps(const OutingRec& o, const std::string& spec, std::vector<int>& lap
 }
 
 // Shows the laps and channels in the outing's slot; each trace gets a palette colour of its own.
-bool ShowTraces(Workspace& ws, int slot, const PlotOptions& opt, int& next_color) {
+bool ShowTraces(Workspace& ws, int slot, const PlotOptions& opt) {
   OutingRec& o = OutingAt(ws, slot);
   std::vector<int> laps;
   if (!PickLaps(o, opt.laps, laps)) {
@@ -77,9 +77,7 @@ bool ShowTraces(Workspace& ws, int slot, const PlotOptions& opt, int& next_color
     LapRec& lap = o.Laps[static_cast<std::size_t>(l)];
     lap.Shown = -1;
     for (int c : channels) {
-      LapChannelRec& cache = lap.LapChannels[static_cast<std::size_t>(c)];
-      cache.Shown = -1;
-      cache.Color = static_cast<int16_t>(next_color++ % kPaletteSize);
+      lap.LapChannels[static_cast<std::size_t>(c)].Shown = -1;
     }
   }
   o.CurLap = static_cast<int16_t>(laps.front());
@@ -118,12 +116,11 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
     std::fprintf(stderr, "At most %d outings go into one folder\n", kOutingsPerFolder);
     return 1;
   }
-  int next_color = 0;
   for (std::size_t i = 0; i < opt.files.size(); ++i) {
     ws->CurFolder = 0;
     ws->CurOuting = static_cast<int16_t>(i);
     if (!OpenOuting(*ws, QString::fromStdString(opt.files[i]))) return 1;
-    if (!ShowTraces(*ws, static_cast<int>(i), opt, next_color)) return 1;
+    if (!ShowTraces(*ws, static_cast<int>(i), opt)) return 1;
   }
   FolderRec& folder = ws->FolderTable[0];
   folder.InUse = -1;

@@ -5,6 +5,8 @@
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollArea>
@@ -12,6 +14,7 @@
 
 #include "core/app/Workspace.h"
 #include "core/plots/PlotAxes.h"
+#include "core/plots/PlotScale.h"
 #include "core/plots/RefreshPlots.h"
 #include "render/QtSurface.h"
 #include "ui/PlotCanvas.h"
@@ -48,13 +51,21 @@ GraphWindow::GraphWindow(Workspace& ws, int folder, QWidget* parent)
   numeric_ = new PlotCanvas;
   left_->setFixedWidth(static_cast<int>(2 * kPanelColumn / kTwips));
   right_->setFixedWidth(static_cast<int>(kPanelColumn / kTwips));
+  captions_ = new QLabel;
+  captions_->setTextFormat(Qt::RichText);
+  captions_->setContentsMargins(static_cast<int>(kPlotLeft / kTwips), 2, 4, 2);
   auto* area = new QWidget;
-  auto* row = new QHBoxLayout(area);
+  auto* column = new QVBoxLayout(area);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(captions_);
+  auto* row = new QHBoxLayout;
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
   row->addWidget(left_);
   row->addWidget(plot_, 1);
   row->addWidget(right_);
+  column->addLayout(row, 1);
   split_ = new QSplitter(Qt::Horizontal);  // the sizing bar to the numeric panel
   split_->addWidget(area);
   // The numeric panel is as tall as its rows need (AutoSizeNumeric) and scrolls past the
@@ -108,11 +119,23 @@ void GraphWindow::Redraw() {
   }
   left_->update();
   right_->update();
+  ShowCaptions();
   setWindowTitle(graph_.Caption.isEmpty() ? QStringLiteral("Time Plot") : QStringLiteral("Time Plot - ") + graph_.Caption);
   if (redraw_pending_) {
     redraw_pending_ = false;
     Redraw();
   }
+}
+
+void GraphWindow::ShowCaptions() {
+  QStringList parts;
+  for (const frmGraph::ChannelCaption& c : graph_.ChannelLabels) {
+    if (c.Text.isEmpty()) continue;
+    parts << QStringLiteral("<span style=\"color:%1\">%2</span>").arg(QtSurface::ToQColor(c.Color).name(), c.Text.toHtmlEscaped());
+  }
+  captions_->setText(parts.join(QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;")));
+  const QColor back = QtSurface::ToQColor(BackgroundColor(ws_));
+  captions_->setStyleSheet(QStringLiteral("background:%1").arg(back.name()));
 }
 
 void GraphWindow::Event(const std::function<void()>& draw) {

@@ -12,6 +12,7 @@
 #include "core/plots/frmGraph.h"
 
 class PlotCanvas;
+class QLabel;
 class QSplitter;
 struct Workspace;
 
@@ -26,6 +27,8 @@ class GraphWindow : public QWidget {
   // The side panels of further scales: 0 left, 1 right; shown only when they have one.
   PlotCanvas* Panel(int side) { return side == 0 ? left_ : right_; }
   QSplitter* Splitter() { return split_; }
+  // The channels' captions above the plot (lblChannel), each in its trace's colour.
+  QLabel* Captions() { return captions_; }
 
   // The full redraw (DrawLineGraphs); the folder's RefreshPlots calls it.
   void Redraw();
@@ -51,6 +54,7 @@ class GraphWindow : public QWidget {
   void Paint(const std::function<void()>& draw);
   void PaintNumerics();
   void ShowPanels();
+  void ShowCaptions();
   void OnMouse(int kind, QMouseEvent* e);
 
   Workspace& ws_;
@@ -61,6 +65,7 @@ class GraphWindow : public QWidget {
   PlotCanvas* plot_;
   PlotCanvas* right_;
   PlotCanvas* numeric_;
+  QLabel* captions_;
   QSplitter* split_;
   bool painting_ = false;
   bool redraw_pending_ = false;

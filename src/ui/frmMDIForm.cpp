@@ -21,6 +21,7 @@
 #include "core/plots/PlotView.h"
 #include "core/plots/RefreshPlots.h"
 #include "core/track/DistanceTime.h"
+#include "core/track/TrackFile.h"
 #include "core/workspace/frmGroupLaps.h"
 #include "ui/GraphWindow.h"
 #include "ui/TreeWindow.h"
@@ -31,8 +32,14 @@ QString Plain(QString text) { return text.remove(QLatin1Char('&')).remove(QStrin
 
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
 
-// What the time view spans: the Datum's laps.
-std::array<int, 3> Comparison(const FolderRec& f) { return {f.DatumOuting, f.DatumLap, f.LapsDisplayed}; }
+// What the views span: the Datum's laps, or without a Datum the current outing's lap; and
+// whether there is any outing at all.
+std::array<int, 4> Comparison(Workspace& ws, int folder) {
+  const FolderRec& f = ws.FolderTable[static_cast<std::size_t>(folder)];
+  const int slot = f.DatumOuting >= 0 ? f.DatumOuting : f.SelOuting;
+  const int lap = f.DatumOuting >= 0 ? f.DatumLap : f.Outings[static_cast<std::size_t>(slot)].CurLap;
+  return {slot, lap, f.LapsDisplayed, AnyOutingLoaded(ws, folder) ? 1 : 0};
+}
 
 }  // namespace
 
@@ -228,16 +235,20 @@ void frmMDIForm::Run(const std::function<void()>& command) {
 
 bool frmMDIForm::ResetViewIfNeeded() {
   FolderRec& folder = FolderInView(ws_);
-  // The view spans the Datum's laps: a new Datum or another count of laps shows all of the new
-  // span, as does a folder that just got its first outing.
-  const std::array<int, 3> comparison = Comparison(folder);
+  // The views span the Datum's laps: a new Datum or other displayed laps show all of the new
+  // span, in time and in distance, as does a folder that just got its first outing. Nothing
+  // else resets them: a view narrowed to 10 ms stays.
+  const std::array<int, 4> comparison = Comparison(ws_, ws_.CurFolder);
   auto& seen = comparison_[static_cast<std::size_t>(ws_.CurFolder)];
-  const bool changed = seen != comparison || folder.TimeEnd - folder.TimeStart <= 10;
+  const bool changed = seen != comparison;
   seen = comparison;
   if (!changed || !AnyOutingLoaded(ws_, ws_.CurFolder)) return false;
   folder.TimeStart = 0;
   folder.TimeEnd = static_cast<int32_t>(GetMaxTime(ws_));
   folder.TimeZoomDepth = 0;
+  folder.DistanceStart = 0;
+  folder.DistanceEnd = GetMaxDistance(ws_);
+  folder.DistanceZoomDepth = 0;
   return true;
 }
 
@@ -387,6 +398,7 @@ void frmMDIForm::TreeMenu(QPoint global) {
 void frmMDIForm::ShowFolder(int folder) {
   ws_.CurFolder = static_cast<int16_t>(folder);
   ws_.CurOuting = FolderInView(ws_).SelOuting;
+  LoadFolderTrack(ws_);  // one map in memory: the one of the folder in view
   AfterChange();  // each folder's plot windows show only while its tab is in view
 }
 
@@ -489,7 +501,7 @@ void frmMDIForm::ReadLastState() {
   RestoreGeometry(QStringLiteral("Channels"), tree_window_);
   if (!ws_.Settings.ReadBool(kAppAnalysis, QStringLiteral("Channels"), "Active", true)) tree_window_->hide();
   const std::vector<int> folders = ReadFolderState(ws_);
-  for (int f : folders) comparison_[static_cast<std::size_t>(f)] = Comparison(ws_.FolderTable[static_cast<std::size_t>(f)]);
+  for (int f : folders) comparison_[static_cast<std::size_t>(f)] = Comparison(ws_, f);
   switching_tabs_ = true;
   while (tabs_->count() > 0) tabs_->removeTab(0);
   for (int f : folders) tabs_->setTabData(tabs_->addTab(ws_.FolderTable[static_cast<std::size_t>(f)].Name.trimmed()), f);

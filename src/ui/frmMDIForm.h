@@ -89,6 +89,7 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   bool closing_ = false;  // the main window goes: its children close without asking
   bool busy_ = false;     // a command is running (its dialogs run their own event loops)
   bool polling_ = false;  // a Timer1 load is running
-  // Per folder, the Datum outing and lap and LapsDisplayed the view was last made for.
-  std::array<std::array<int, 3>, kFolderCount> comparison_{};
+  // Per folder, the outing and lap the views span, LapsDisplayed, and whether it held an
+  // outing, when the views were last made for them.
+  std::array<std::array<int, 4>, kFolderCount> comparison_{};
 };

@@ -46,7 +46,8 @@ QImage PlotFastLap(const QStringList& options) {
   return QImage(png);
 }
 
-const QColor kSpeedColour = QtSurface::ToQColor(8388736), kThrottleColour = QtSurface::ToQColor(16711680);
+// The channels' own colours from the factory CHANNEL.DSC: palette entries 10 and 5.
+const QColor kSpeedColour = QtSurface::ToQColor(65280), kThrottleColour = QtSurface::ToQColor(33023);
 
 TEST(PlotPicture, FastLapWithTwoChannels) {
   const QImage image = PlotFastLap({});

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QMdiArea>
 #include <QSettings>
 #include <QMdiSubWindow>
@@ -17,6 +18,7 @@
 #include "core/demo/DemoInstall.h"
 #include "core/demo/DemoSession.h"
 #include "core/plots/PlotScale.h"
+#include "core/track/TrackFile.h"
 #include "render/QtSurface.h"
 #include "ui/GraphWindow.h"
 #include "ui/PlotCanvas.h"
@@ -152,6 +154,12 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     EXPECT_EQ(s.folder().TimeStart, start);
     EXPECT_EQ(s.folder().TimeEnd, end);
 
+    // The folder's map, half a percent shorter than the lap.
+    const LapRec& shown = first.Laps[static_cast<std::size_t>(first.CurLap)];
+    s.ws->TrackLength = (first.Laps[static_cast<std::size_t>(first.CurLap + 1)].StartDistance - shown.StartDistance) * 0.995f;
+    s.ws->Track.TrackPoints.resize(50);
+    ASSERT_TRUE(WriteFileAtomically(JoinPath(home.path(), "Track/SILV.MAP"), TrackFileBytes(*s.ws, "SILV0101")));
+    s.folder().TrackFile = JoinPath(home.path(), "Track/SILV.MAP");
     s.window->close();
   }
   {
@@ -163,6 +171,9 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     for (const LapRec& l : first.Laps) shown += l.Shown != 0;
     EXPECT_EQ(shown, 2);
     EXPECT_NE(again.window->OpenGraphWindow(false), nullptr);  // the graph is open again
+    // The folder's map is in memory, and its laps are stretched to it.
+    EXPECT_TRUE(again.ws->TrackLoaded);
+    EXPECT_NEAR(first.Laps[static_cast<std::size_t>(first.CurLap)].DistanceScale, 0.995f, 1e-3);  // whole metres in the map
   }
 }
 
@@ -182,7 +193,9 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   EXPECT_EQ(s.folder().TimeStart, 0);
   EXPECT_GT(s.folder().TimeEnd, 60000);
   EXPECT_NEAR(s.folder().CursorTime, s.folder().TimeEnd / 3.0, 1.0);
-  EXPECT_TRUE(g->windowTitle().startsWith("Time Plot - ")) << g->windowTitle().toStdString();
+  // Tiled: each band names its channel, the caption row shows them all, the title no axis.
+  EXPECT_EQ(g->windowTitle(), "Time Plot");
+  EXPECT_TRUE(g->Captions()->text().contains("SYSTEM SPEED (km/h}")) << g->Captions()->text().toStdString();
 
   // RPM's scale in the left side panel: the channel is drawn, and the panel shows (in a folder
   // that isn't tiled: the demo's is).

@@ -43,16 +43,23 @@ bool SaveOutingConstants(Workspace& ws, int slot) {
     ws.messages.Show(QStringLiteral("Unable to open file ") + o.FileName, title, MessageIcon::Exclamation);
     return false;
   }
-  // The data up to DataEnd stays as it is; a file cut short is filled up as a write there would.
-  QByteArray bytes = f.read(int64_t{o.DataEnd} - 1);
+  QByteArray bytes = f.readAll();
   f.close();
-  if (bytes.size() < o.DataEnd - 1) bytes.append(o.DataEnd - 1 - bytes.size(), '\0');
-
+  // The block goes in place at the end of the data; every other byte of the file stays, also
+  // the tail of a longer block and whatever follows it. A file cut short is filled up to there.
+  const qsizetype at = o.DataEnd - 1;
+  if (bytes.size() < at) bytes.append(at - bytes.size(), '\0');
   std::vector<ConstantEntry> entries;
   for (const ConstantRec& row : o.OutingConstants) {
     entries.push_back({row.Name.left(kConstantNameWidth), static_cast<float>(LeadingNumber(row.Value))});
   }
-  bytes.append(ConstantsBlockBytes(entries));
+  QByteArray block = ConstantsBlockBytes(entries);
+  std::vector<ConstantEntry> old_entries;
+  if (ReadConstantsBlock(o.FileName, at, old_entries)) {
+    block.replace(kConstantsCarriedOffset, kConstantsCarriedSize, bytes.mid(at + kConstantsCarriedOffset, kConstantsCarriedSize));
+  }
+  if (bytes.size() < at + block.size()) bytes.resize(at + block.size());
+  bytes.replace(at, block.size(), block);
   QString error;
   if (!WriteFileAtomically(o.FileName, bytes, &error)) {
     ws.messages.Show(error, title, MessageIcon::Exclamation);

@@ -169,12 +169,14 @@ bool frmConstants::mnuCopyToGlobal(Workspace& ws) {
   if (!ws.messages.Ask(QStringLiteral("Copy Outing Constants to Global ?"), QStringLiteral("Copy to Global"))) {
     return false;
   }
-  std::vector<ConstantRec> table = ws.GlobalConstants;
-  for (ConstantRec& g : table) {
+  // The values wait in a copy of the global table until the dialog's save stores them.
+  if (!global_copy_) global_copy_ = ws.GlobalConstants;
+  for (ConstantRec& g : *global_copy_) {
     const int r = FindRow(g.Name);
     if (r >= 0) g.Value = Row(r).Value;
   }
-  return StoreGlobal(ws, table);
+  changed_ = true;
+  return true;
 }
 
 bool frmConstants::mnuCopyToOuting(Workspace& ws) {
@@ -251,14 +253,19 @@ bool frmConstants::Leave(Workspace& ws) {
   if (!changed_) return true;
   if (ws.messages.Ask(QStringLiteral("Save Constant Changes ?"), kSaveTitle)) return SaveChanges(ws);
   changed_ = false;
+  global_copy_.reset();
   return true;
 }
 
 bool frmConstants::Form_QueryUnload(Workspace& ws) { return Leave(ws); }
 
 bool frmConstants::SaveChanges(Workspace& ws) {
-  const bool saved = outing_mode_ ? StoreOuting(ws) : StoreGlobal(ws, rows_);
-  if (saved) changed_ = false;
+  bool saved = outing_mode_ ? StoreOuting(ws) : StoreGlobal(ws, rows_);
+  if (saved && global_copy_) saved = StoreGlobal(ws, *global_copy_);
+  if (saved) {
+    changed_ = false;
+    global_copy_.reset();
+  }
   return saved;
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "core/compute/MathDefinitions.h"
@@ -50,8 +51,8 @@ class frmConstants {
   bool AddConstant(Workspace& ws, const QString& name, const QString& value);
   void SetValue(int row, const QString& value);
 
-  // Outing mode: the global rows of the same names take the outing's values, and the global
-  // table is saved right away, since it is not the one being edited.
+  // Outing mode: the global rows of the same names take the outing's values; they reach
+  // CONSTANT.DEF with the dialog's save, and not at all when the changes are dropped.
   bool mnuCopyToGlobal(Workspace& ws);
   // Outing mode: each row takes the global value as the outing would keep it, a link its
   // present value (0 when it gives none). Saved with the outing's table.
@@ -85,6 +86,7 @@ class frmConstants {
   bool StoreOuting(Workspace& ws);
 
   std::vector<ConstantRec> rows_;
+  std::optional<std::vector<ConstantRec>> global_copy_;  // the global table with copied values
   bool outing_mode_ = false;
   int folder_ = 0;
   int slot_ = 0;

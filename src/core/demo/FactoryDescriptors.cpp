@@ -1,6 +1,7 @@
 #include "core/demo/FactoryDescriptors.h"
 
 #include <QStringList>
+#include <iterator>
 
 namespace {
 
@@ -112,6 +113,10 @@ uint16_t GenericGroup(int key) {
   return kUser;
 }
 
+// Palette entries that stand out on a white and on a black background alike, the strongest
+// first; the factory gives them out by key. Black and the light greys are left to the engineer.
+constexpr uint16_t kTraceColours[] = {1, 3, 2, 5, 0, 8, 11, 13, 6, 12, 4, 14, 18, 9, 10, 17, 19, 15};
+
 }  // namespace
 
 ChannelDescriptorFile FactoryChannelDescriptors() {
@@ -125,7 +130,7 @@ ChannelDescriptorFile FactoryChannelDescriptors() {
   for (int key = 0; key < kKeyedDescriptorCount; ++key) {
     ChannelDescriptor d = NewChannelDescriptor(GenericName(key), key);
     d.Group = d.SourceGroup = GenericGroup(key);
-    d.Color = static_cast<uint16_t>(key % 20);
+    d.Color = kTraceColours[static_cast<std::size_t>(key) % std::size(kTraceColours)];
     file.Records.push_back(d);
   }
   for (const Named& n : kNamed) {

@@ -64,9 +64,7 @@ int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel) {
   const int64_t end = m > o.LastLap ? o.Laps[static_cast<std::size_t>(o.LastLap)].StartTime
                                     : o.Laps[static_cast<std::size_t>(m)].StartTime;
   const double rate = o.Channels[static_cast<std::size_t>(channel)].Rate;
-  // A header whose times run far past its data must not make a huge array: the window ends
-  // at most a second past the longest channel the file holds.
-  const double window = std::min(static_cast<double>(end - start), std::max(o.DataDurationMs - start, 0.0) + 1000);
+  const double window = std::clamp(static_cast<double>(end - start), 0.0, kMaxFetchSpanMs);
   return std::max<int64_t>(0, RoundHalfEven((window + kFetchMarginMs) * rate));
 }
 
@@ -96,13 +94,7 @@ void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel) {
   QFile& f = *file;
   const int64_t start = o.Laps[static_cast<std::size_t>(lap)].StartTime;
   const int64_t position = Floor(static_cast<double>(c.Rate) * start) * c.WordSize + c.BlockOffset - 1;
-  int64_t n = FetchUpperBound(ws, slot, lap, channel);
-  // Never more than the file could hold from here plus the margin: a header that lies about
-  // its times must not make a huge array.
-  if (bytes_per_sample > 0) {
-    const int64_t in_file = std::max<int64_t>(0, (o.FileSize - position) / bytes_per_sample);
-    n = std::min<int64_t>(n, in_file + RoundHalfEven(kFetchMarginMs * static_cast<double>(c.Rate)) + 1);
-  }
+  const int64_t n = FetchUpperBound(ws, slot, lap, channel);
   // Samples past the end of the file stay zero; a read that runs into the next block gives its words.
   const int64_t wanted = bytes_per_sample > 0 ? (n + 1) * bytes_per_sample : 0;
   std::vector<uint8_t>& buffer = ws.FetchBuffer;

@@ -8,6 +8,9 @@
 struct Workspace;
 
 inline constexpr int kFetchMarginMs = 5000;  // a lap is fetched this much past its end
+// No fetch spans more: an outing is never this long, and a header whose times say otherwise must
+// not make arrays of gigabytes.
+inline constexpr double kMaxFetchSpanMs = 4 * 3600 * 1000.0;
 
 // Fills ws…Laps[lap].LapChannels[channel] of outing `slot` in the folder in view. A channel
 // index outside 0..LastChannel does nothing.
@@ -17,7 +20,8 @@ void FetchLoggedChannel(Workspace& ws, int slot, int lap, int channel);
 void FetchDerivedChannel(Workspace& ws, int slot, int lap, int channel);
 void FetchMathChannel(Workspace& ws, int slot, int lap, int channel);
 
-// The upper index of the samples a fetch of this channel and lap makes.
+// The upper index of the samples a fetch of this channel and lap makes: the laps' span by the
+// header's times, and the margin, whatever the file holds. Samples past the file are zeros.
 int64_t FetchUpperBound(Workspace& ws, int slot, int lap, int channel);
 
 // While one lasts, fetches of the same outing share one open file instead of opening it once

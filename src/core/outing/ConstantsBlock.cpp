@@ -29,7 +29,7 @@ QByteArray ConstantsBlockBytes(const std::vector<ConstantEntry>& entries) {
   const int n = static_cast<int>(std::min<std::size_t>(entries.size(), 32767));
   QByteArray bytes(Layout<ConstantsBlockHead>::kSize + n * Layout<ConstantEntry>::kSize, '\0');
   auto* p = reinterpret_cast<uint8_t*>(bytes.data());
-  std::memset(p + 34, ' ', 94);  // reserved text, blank like every text field
+  std::memset(p + kConstantsCarriedOffset, ' ', kConstantsCarriedSize);  // reserved text, blank like every text field
   ConstantsBlockHead head;
   head.ConstTitle = QString::fromLatin1(kOutingConstantsTitle);
   head.ConstCount = static_cast<int16_t>(n);

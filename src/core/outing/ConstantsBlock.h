@@ -10,6 +10,9 @@
 #include "core/outing/BinaryRecord.h"
 
 inline constexpr char kOutingConstantsTitle[] = "V5.00 Outing Constants";
+// The text behind the count, which this program gives no meaning and keeps.
+inline constexpr int kConstantsCarriedOffset = 34;
+inline constexpr int kConstantsCarriedSize = 94;
 
 struct ConstantsBlockHead {
   FixedText<32> ConstTitle;

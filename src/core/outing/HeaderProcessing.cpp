@@ -94,9 +94,6 @@ void BuildChannelLayout(Workspace& ws, int slot) {
     const int64_t length = ChannelBlockLength(h, i);
     c.BlockLength = SaturateInt32(length);
     c.BlockOffset = SaturateInt32(position);
-    // How long the channel runs by what the file holds, whatever the header's times say.
-    const int64_t held = std::clamp<int64_t>(o.FileSize - (position - 1), 0, std::max<int64_t>(length, 0));
-    if (c.Rate > 0 && c.WordSize > 0) o.DataDurationMs = std::max(o.DataDurationMs, held / c.WordSize / static_cast<double>(c.Rate));
     position += length;
   }
   o.DataEnd = SaturateInt32(position);

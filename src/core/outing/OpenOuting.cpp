@@ -105,7 +105,7 @@ bool ProcessHeader(Workspace& ws, const QString& path) {
   if (!ReadChannelDescriptors(ws)) return false;
   if (!ReadOutingHeader(path, ws.OutingHdr)) return false;
   const QString version = ws.OutingHdr.Version.text;
-  if (version.isEmpty() || !version.at(0).isDigit()) return false;
+  if (!HeaderRefusal(ws.OutingHdr).isEmpty()) return false;
   if (version.at(0).digitValue() < 8 && UpgradeHeader(ws, path)) {
     if (!ReadOutingHeader(path, ws.OutingHdr)) return false;
   }
@@ -120,7 +120,7 @@ bool ProcessHeader(Workspace& ws, const QString& path) {
   o.SizeText = QString::number(std::llround(info.size() / 1024.0)) + QStringLiteral("KB");
   CopyHeaderFields(h, o);
   o.PulseInputs = h.PulseInputs;
-  if (h.LoggedChannels > kMaxLoggedChannels) return false;  // the channel table holds no more
+  if (!HeaderRefusal(h).isEmpty()) return false;  // an upgraded header is checked again
   o.LoggedCount = static_cast<int16_t>(h.LoggedChannels);
   o.LastChannel = static_cast<int16_t>(o.LoggedCount + ws.MathCount + 3);
   if (h.BeaconCount > 255) h.BeaconCount = 255;

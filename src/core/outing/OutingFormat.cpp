@@ -143,22 +143,25 @@ OutingHeader PlainHeaderFromCyclic(const OutingHeader& header) {
   return plain;
 }
 
-QStringList CheckOutingLayout(const OutingHeader& header, int64_t file_size) {
-  QStringList problems;
+QString HeaderRefusal(const OutingHeader& header) {
   const QString version = header.Version.text;
   if (version.isEmpty() || !version.at(0).isDigit()) {
-    problems << QStringLiteral("Version \"%1\" does not begin with a digit: not an outing header")
-                    .arg(version.left(8));
-  }
-  if (file_size < kOutingHeaderSize) {
-    problems << QStringLiteral("File holds %1 bytes, less than the %2-byte header")
-                    .arg(file_size)
-                    .arg(kOutingHeaderSize);
+    return QStringLiteral("Version \"%1\" does not begin with a digit: not an outing header").arg(version.left(8));
   }
   if (header.LoggedChannels > kMaxLoggedChannels) {
-    problems << QStringLiteral("LoggedChannels is %1; a header lists at most %2 channels")
-                    .arg(header.LoggedChannels)
-                    .arg(kMaxLoggedChannels);
+    return QStringLiteral("LoggedChannels is %1; a header lists at most %2 channels")
+        .arg(header.LoggedChannels)
+        .arg(kMaxLoggedChannels);
+  }
+  return QString();
+}
+
+QStringList CheckOutingLayout(const OutingHeader& header, int64_t file_size) {
+  QStringList problems;
+  if (file_size < kOutingHeaderSize) {
+    problems << QStringLiteral("File holds %1 bytes, less than the %2-byte header; the rest reads as zeros")
+                    .arg(file_size)
+                    .arg(kOutingHeaderSize);
   }
   if (header.Cyclic > 0 && header.LoggedChannels >= kMaxLoggedChannels) {
     problems << QStringLiteral("Cyclic outing with %1 channels has no closing entry for the last block")
@@ -172,7 +175,7 @@ QStringList CheckOutingLayout(const OutingHeader& header, int64_t file_size) {
     if (length < 0) {
       problems << QStringLiteral("%1: block length %2 is negative").arg(who).arg(length);
     } else if (offsets[static_cast<std::size_t>(i)] + length > file_size) {
-      problems << QStringLiteral("%1: block ends at byte %2, past the end of the file (%3 bytes)")
+      problems << QStringLiteral("%1: block ends at byte %2, past the end of the file (%3 bytes); the rest reads as zeros")
                       .arg(who)
                       .arg(offsets[static_cast<std::size_t>(i)] + length)
                       .arg(file_size);

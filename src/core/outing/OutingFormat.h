@@ -52,6 +52,10 @@ CyclicTimes CyclicTimeBase(const OutingHeader& header);
 // entry, and Cyclic 0. A plain header is returned unchanged.
 OutingHeader PlainHeaderFromCyclic(const OutingHeader& header);
 
-// Checks a header against the size of its file. Each problem is one readable line; an empty
-// list means the channel blocks lie inside the file and the counts are in range.
+// Why the program can't load an outing with this header (a Version that doesn't begin with a
+// digit, more channels than the table holds); empty when it can.
+QString HeaderRefusal(const OutingHeader& header);
+// Checks a header against the size of its file. Each problem is one readable line: a warning,
+// since such an outing still loads, its other channels intact; an empty list means the channel
+// blocks lie inside the file and every channel can be read.
 QStringList CheckOutingLayout(const OutingHeader& header, int64_t file_size);

@@ -94,7 +94,7 @@ void DrawScale50(Workspace& ws, Surface& s, const ScaleLayout& at, AxisKind kind
 QString DrawAxisSingle(Workspace& ws, Surface& s, AxisKind kind, int slot, int lap, int channel) {
   const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
   const QString caption = c.Name.trimmed() + (kind == AxisKind::Distance ? QStringLiteral(" vs Distance") : QStringLiteral(" vs Time"));
-  if (FolderTiled(ws) && ws.Options.AutoTileMode) return caption;
+  if (FolderTiled(ws) && ws.Options.AutoTileMode) return QString();  // each band has its own name
   const ScaleLayout at{kPlotLeft, -1, kPlotLeft - 250, true, s.ScaleWidth() - RightMargin(ws)};
   DrawScale50(ws, s, at, kind, s.ScaleHeight(), slot, lap, channel);
   return caption;

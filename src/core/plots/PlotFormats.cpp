@@ -1,6 +1,7 @@
 #include "core/plots/PlotFormats.h"
 
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
 #include "core/app/Workspace.h"
@@ -10,21 +11,28 @@ namespace {
 
 QString WithSignBlank(QString text, double value) { return value >= 0 ? text + QLatin1Char(' ') : text; }
 
+// Fixed decimals of the exact binary value, a tie going to the even digit (0.125 gives "0.12"):
+// the C library rounds so under the default rounding mode, where Qt's own number text rounds a
+// tie away from zero.
+QString Fixed(double value, int decimals) {
+  char buf[352];  // the longest double in fixed notation, with a few decimals
+  std::snprintf(buf, sizeof buf, "%.*f", decimals, value);
+  return QString::fromLatin1(buf);
+}
+
 QString FixedDecimals(int decimals, double value) {
   if (!std::isfinite(value)) return QStringLiteral(" - ");
   const int places = decimals >= 0 && decimals <= 3 ? decimals : 4;
-  return WithSignBlank(QString::number(value, 'f', places), value);
+  return WithSignBlank(Fixed(value, places), value);
 }
 
 // The minimum digits of a pattern such as "00.00": zero-padded on the left up to `whole` digits.
 QString Padded(double value, int whole, int decimals) {
-  QString text = QString::number(std::fabs(value), 'f', decimals);
+  QString text = Fixed(std::fabs(value), decimals);
   const qsizetype point = decimals > 0 ? text.indexOf('.') : text.size();
   if (point < whole) text.prepend(QString(whole - point, QLatin1Char('0')));
   return value < 0 ? QLatin1Char('-') + text : text;
 }
-
-QString Trimmed(const QString& s) { return s.trimmed(); }
 
 }  // namespace
 
@@ -43,7 +51,7 @@ QString FormatAuto(double value) {
   } else if (a >= 100 && a <= 999.9999) {
     text = Padded(value, 3, 1);
   } else if (a >= 1000 && a <= 99999) {
-    text = QString::number(std::nearbyint(value), 'f', 0);
+    text = Fixed(value, 0);
   } else if (a > 99999) {
     text = QString::number(value, 'g', 15).toUpper();
   }  // else: between two ranges, no digits
@@ -64,11 +72,15 @@ QString FormatTime(double ms) {
 
 QString FormatLapTime(const Workspace& ws, double ms) {
   if (ws.Plots.LapSpeedDisplay && ws.TrackLength > 0) {
-    return ms < 1 ? QString() : Trimmed(FormatAuto(ws.TrackLength * 3.6e6 / ms));
+    return ms < 1 ? QString() : LeftTrimmed(FormatAuto(ws.TrackLength * 3.6e6 / ms));
   }
-  QString text = FormatTime(ms);
-  while (text.startsWith(QLatin1Char(' '))) text.remove(0, 1);
-  return text;
+  return LeftTrimmed(FormatTime(ms));
+}
+
+QString LeftTrimmed(QString text) {
+  qsizetype n = 0;
+  while (n < text.size() && text.at(n) == QLatin1Char(' ')) ++n;
+  return text.mid(n);
 }
 
 QString ColorName(int color) {

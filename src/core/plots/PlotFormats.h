@@ -23,8 +23,11 @@ QString FormatAuto(double value);
 // dropped.
 QString FormatTime(double ms);
 
-// A lap time, or with the lap-speed display on and a track loaded, the lap's mean speed.
+// A lap time, or with the lap-speed display on and a track loaded, the lap's mean speed; cut of
+// its leading blanks only, so a speed keeps the blank of its sign.
 QString FormatLapTime(const Workspace& ws, double ms);
+// The text without its leading blanks.
+QString LeftTrimmed(QString text);
 
 // The name of a colour (a BGR integer) from the table of 48 named colours; empty when it has none.
 QString ColorName(int color);

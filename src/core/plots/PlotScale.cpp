@@ -6,6 +6,7 @@
 #include "core/app/Workspace.h"
 #include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
+#include "core/plots/PlotAxes.h"
 
 namespace {
 
@@ -114,7 +115,7 @@ void GetTileCount(Workspace& ws) {
   for (OutingRec& o : folder.Outings) {
     if (o.Loaded == 0 || o.OutingHidden != 0) continue;
     for (LapRec& lap : o.Laps) {
-      if (lap.Shown == 0) continue;
+      if (lap.Shown == 0 || lap.Hidden != 0) continue;  // a hidden lap draws nothing: no band
       for (std::size_t c = 0; c < lap.LapChannels.size() && c < o.Channels.size(); ++c) {
         LapChannelRec& cache = lap.LapChannels[c];
         if (cache.Shown == 0) continue;
@@ -143,14 +144,43 @@ double DistanceValueToY(Workspace& ws, double h, int slot, int lap, int channel,
 
 int64_t TraceStep(int64_t n) { return n < kMaxTracePoints ? 1 : std::max<int64_t>(1, RoundHalfEven(static_cast<double>(n) / kMaxTracePoints)); }
 
+namespace {
+
+// The place of a lap among those the folder compares, in the order of drawing.
+int DisplayedLapRank(const Workspace& ws, int slot, int lap) {
+  int rank = 0;
+  const FolderRec& folder = Folder(ws);
+  for (int s = 0; s < kOutingsPerFolder; ++s) {
+    const OutingRec& o = folder.Outings[static_cast<std::size_t>(s)];
+    if (o.Loaded == 0 || o.OutingHidden != 0) continue;
+    for (int l = 0; l < static_cast<int>(o.Laps.size()); ++l) {
+      if (s == slot && l == lap) return rank;
+      rank += o.Laps[static_cast<std::size_t>(l)].Shown != 0 && o.Laps[static_cast<std::size_t>(l)].Hidden == 0;
+    }
+  }
+  return rank;
+}
+
+}  // namespace
+
 int GetChannelColor(const Workspace& ws, int slot, int lap, int channel) {
-  const LapRec& l = Outing(ws, slot).Laps[static_cast<std::size_t>(lap)];
+  const OutingRec& o = Outing(ws, slot);
+  const LapRec& l = o.Laps[static_cast<std::size_t>(lap)];
   int index = l.LapColor;
   if (index == -1) index = l.LapChannels[static_cast<std::size_t>(channel)].Color;
-  // Neither the lap nor the channel has a colour of its own: the outing's, by its place in the
-  // folder, so that the laps of two outings differ.
-  if (index == -1) index = slot % kPaletteSize;
-  return ws.Palette[static_cast<std::size_t>(std::clamp(index, 0, kPaletteSize - 1))];
+  if (index == -1) {
+    // Neither the lap nor the trace has a colour of its own: the channel's own colour, moved
+    // along the palette by the lap's place among the laps compared. Channels differ by their
+    // colours, and the laps of one channel differ too (a step prime to the palette's size goes
+    // through all of it before it repeats).
+    const int own = o.Channels[static_cast<std::size_t>(channel)].Color;
+    index = (own + kLapColorStep * DisplayedLapRank(ws, slot, lap)) % kPaletteSize;
+  }
+  index = std::clamp(index, 0, kPaletteSize - 1);
+  // A colour that is the background's would be invisible: the next one of the palette.
+  int color = ws.Palette[static_cast<std::size_t>(index)];
+  if (color == BackgroundColor(ws)) color = ws.Palette[static_cast<std::size_t>((index + 1) % kPaletteSize)];
+  return color;
 }
 
 int FindChannelByName(const Workspace& ws, int folder, int slot, const QString& name) {

@@ -46,7 +46,10 @@ double DistanceValueToY(Workspace& ws, double h, int slot, int lap, int channel,
 int64_t TraceStep(int64_t n);
 
 // The palette colour (BGR) of the channel's trace in a lap: the lap's own colour when it has
-// one, else the channel's colour in that lap, else the outing's colour by its slot.
+// one, else the trace's own (LapChannelRec), else the channel's colour from CHANNEL.DSC moved
+// along the palette by kLapColorStep for each lap compared before this one; never the
+// background's colour.
+inline constexpr int kLapColorStep = 7;
 int GetChannelColor(const Workspace& ws, int slot, int lap, int channel);
 
 // The first channel of the outing whose short name, trimmed and upper-cased, equals the first 16

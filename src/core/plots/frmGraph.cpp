@@ -75,11 +75,14 @@ void frmGraph::DrawLineGraphs() {
     const OutingRec& o = OutingAt(ws_, slot);
     const std::size_t band = static_cast<std::size_t>(o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)].TileIndex);
     if (ChannelLabels.size() <= band) ChannelLabels.resize(band + 1);
-    ChannelLabels[band] = ChannelLabel(o.Channels[static_cast<std::size_t>(c)]);
+    if (ChannelLabels[band].Text.isEmpty()) {
+      ChannelLabels[band] = {ChannelLabel(o.Channels[static_cast<std::size_t>(c)]), GetChannelColor(ws_, slot, lap, c)};
+    }
   });
   DrawTimeAxis();
   const int slot = ActiveSlot();
   const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+  Caption.clear();
   if (o.Loaded != 0 && folder.ActiveChannel >= 0 && folder.ActiveChannel < static_cast<int>(o.Channels.size()) &&
       o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size())) {
     Caption = DrawAxisSingle(ws_, *s_, AxisKind::Time, slot, o.CurLap, folder.ActiveChannel);
@@ -141,7 +144,7 @@ void frmGraph::DrawNumerics() {
     const auto& samples = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(c)].Samples;
     float value = 0;
     NumericRow& label = Numerics[row++];
-    label.Value = ValueAt(samples, channel.Rate, folder.CursorTime, value) ? FormatChannelValue(channel, value).trimmed() : QString();
+    label.Value = ValueAt(samples, channel.Rate, folder.CursorTime, value) ? FormatChannelValue(channel, value) : QString();
     label.Color = GetChannelColor(ws_, slot, lap, c);
   });
 }
@@ -343,8 +346,9 @@ void frmGraph::UpdateCursorValues() {
     const QString blanks(4, QLatin1Char(' '));
     StatusLine = QStringLiteral("Lap Time : ") + FormatLapTime(ws_, LapTimeMs(o, lap)) + blanks;
     if (ws_.Plots.MeasureCursor) {
-      StatusLine += QStringLiteral("(dX : ") + FormatTime(folder.CursorTime - MarkTime).trimmed() + blanks +
-                    QStringLiteral("dY : ") + FormatChannelValue(c, folder.CursorValue - MarkValue).trimmed() + QLatin1Char(')');
+      StatusLine += QStringLiteral("(dX : ") + LeftTrimmed(FormatTime(folder.CursorTime - MarkTime)) + blanks +
+                    QStringLiteral("dY : ") + LeftTrimmed(FormatChannelValue(c, folder.CursorValue - MarkValue)) +
+                    QLatin1Char(')');
     } else if (ws_.Options.ShowStatistics) {
       ComputeTimeStats(ws_, slot, lap, channel);
       const ChannelStats& st = OutingAt(ws_, slot).Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(channel)].TimeStats;

@@ -79,8 +79,13 @@ class frmGraph {
   // The cursor's x in twips for the folder's CursorTime.
   double CursorX() const;
 
-  // Captions of the traces (lblChannel), by band when tiled, in drawing order.
-  std::vector<QString> ChannelLabels;
+  // Captions of the channels drawn (lblChannel), one per band (by TileIndex), each in the
+  // colour of its first trace.
+  struct ChannelCaption {
+    QString Text;
+    int Color = 0;
+  };
+  std::vector<ChannelCaption> ChannelLabels;
   QString Caption;     // the axis label above the plot
   QString StatusLine;  // the last line written above the plot
 

@@ -1,5 +1,6 @@
 #include "core/track/Beacons.h"
 
+#include <QFile>
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
@@ -39,10 +40,33 @@ std::optional<double> ParseLapTime(const QString& text) {
   return (minutes * 60 + seconds) * 1000;
 }
 
-double InsertDistanceTime(Workspace& ws, int slot, int lap, const QString& text) {
+double RowDistanceTime(Workspace& ws, int slot, int32_t start, int32_t end, const QString& text) {
+  const OutingRec& o = OutingAt(ws, slot);
   bool ok = false;
   const double distance = static_cast<double>(RoundHalfEven(text.trimmed().toDouble(&ok)));
-  const double ms = ok ? DistanceToTime(ws, slot, lap, static_cast<float>(distance)) : 0;
+  double ms = 0;
+  QFile f(o.FileName);
+  float at_start = 0, at_end = 0;
+  if (ok && o.ChanDistance >= 0 && f.open(QIODevice::ReadOnly) && DistanceCountAt(o, f, start, at_start) &&
+      DistanceCountAt(o, f, end, at_end)) {
+    // The lap as it will be saved: its distance stretched to the map as its scale will be.
+    const double target = at_start + distance / LapDistanceScale(ws, at_end - at_start);
+    const double rate = o.Channels[static_cast<std::size_t>(o.ChanDistance)].Rate;
+    // The first sample past the target, by halving: the count never falls within a lap.
+    int64_t lo = Floor(rate * start), hi = Floor(rate * end) + 1;
+    double v_lo = 0, v_hi = 0;
+    if (rate > 0 && DistanceSampleAt(o, f, lo, v_lo) && DistanceSampleAt(o, f, hi, v_hi) && v_lo <= target && v_hi > target) {
+      while (hi - lo > 1) {
+        const int64_t mid = lo + (hi - lo) / 2;
+        double v = 0;
+        if (!DistanceSampleAt(o, f, mid, v)) break;
+        (v > target ? hi : lo) = mid;
+        (v > target ? v_hi : v_lo) = v;
+      }
+      const double fraction = v_hi != v_lo ? (target - v_lo) / (v_hi - v_lo) : 0;
+      ms = std::max(0.0, (static_cast<double>(lo) + fraction) / rate - start);
+    }
+  }
   if (ms == 0) ws.messages.Show(QStringLiteral("Error: Unable to calculate laptime from data"), kInsertTitle, MessageIcon::Exclamation);
   return ms;
 }
@@ -80,7 +104,9 @@ bool frmInsertBeacon::InsertByDistance(const QString& text) {
     ws_.messages.Show(QStringLiteral("Error: No distance data for this function"), kInsertTitle, MessageIcon::Exclamation);
     return false;
   }
-  const double ms = InsertDistanceTime(ws_, slot_, Selected, text);
+  if (Selected < 0 || Selected >= Count) return false;
+  const double ms = RowDistanceTime(ws_, slot_, Rows[static_cast<std::size_t>(Selected)],
+                                    Rows[static_cast<std::size_t>(Selected + 1)], text);
   return ms != 0 && Insert(ms);
 }
 
@@ -101,18 +127,27 @@ bool frmInsertBeacon::Insert(double ms) {
 
 bool frmInsertBeacon::cmdOK() {
   OutingRec& o = OutingAt(ws_, slot_);
-  // The channels chosen on the current lap follow it to the new current lap.
-  std::vector<int16_t> shown;
-  if (o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size())) {
-    for (const LapChannelRec& c : o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels) shown.push_back(c.Shown);
-  }
-  const std::size_t channels = o.Laps.empty() ? 0 : o.Laps[0].LapChannels.size();
+  // The channels chosen on the current lap follow it to the new current lap; a lap that keeps
+  // its start keeps whether it is shown or hidden, its colour and its channels.
+  std::vector<LapChannelRec> current;
+  if (o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size())) current = o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels;
+  const std::vector<LapRec> old = std::move(o.Laps);
+  const std::size_t channels = old.empty() ? 0 : old[0].LapChannels.size();
   o.LastLap = static_cast<int16_t>(Count);
   o.Laps.assign(static_cast<std::size_t>(Count) + 1, LapRec{});
   for (int i = 0; i <= Count; ++i) {
     LapRec& row = o.Laps[static_cast<std::size_t>(i)];
     row.StartTime = Rows[static_cast<std::size_t>(i)];
     row.LapChannels.resize(channels);
+    const auto same = std::find_if(old.begin(), old.end(), [&](const LapRec& l) { return l.StartTime == row.StartTime; });
+    if (same == old.end() || i == Count) continue;
+    row.Shown = same->Shown;
+    row.Hidden = same->Hidden;
+    row.LapColor = same->LapColor;
+    for (std::size_t c = 0; c < channels && c < same->LapChannels.size(); ++c) {
+      row.LapChannels[c].Shown = same->LapChannels[c].Shown;
+      row.LapChannels[c].Color = same->LapChannels[c].Color;
+    }
   }
   FindFastLap(ws_, slot_);
   ComputeLapDistances(ws_, slot_);
@@ -120,7 +155,9 @@ bool frmInsertBeacon::cmdOK() {
   o.CurLap = whole ? 0 : o.FastLap;
   LapRec& cur = o.Laps[static_cast<std::size_t>(o.CurLap)];
   cur.Shown = -1;
-  for (std::size_t c = 0; c < shown.size() && c < cur.LapChannels.size(); ++c) cur.LapChannels[c].Shown = shown[c];
+  for (std::size_t c = 0; c < current.size() && c < cur.LapChannels.size(); ++c) {
+    if (current[c].Shown != 0) cur.LapChannels[c].Shown = -1;
+  }
   return WriteBeacons(ws_, slot_);
 }
 
@@ -149,6 +186,9 @@ void ShiftTime(Workspace& ws, int slot, double seconds) {
     LapRec& row = o.Laps[static_cast<std::size_t>(i)];
     row.StartTime = SaturateInt32(RoundHalfEven(row.StartTime + seconds * 1000));
   }
+  // New starts: the laps' samples and their start distances are those of the new times.
+  ClearOutingCache(ws, slot);
+  ComputeLapDistances(ws, slot);
 }
 
 bool ShiftDistance(Workspace& ws, int slot, double distance) {

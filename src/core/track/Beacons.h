@@ -4,6 +4,7 @@
 // by distance, and the write-back of the beacon table into the outing file.
 
 #include <QString>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -12,9 +13,10 @@ struct Workspace;
 // frmInsertLap: "m:ss.fff" or seconds alone, in ms; nothing when the text is no time.
 std::optional<double> ParseLapTime(const QString& text);
 
-// frmInsertDistance: the ms into `lap` at which it reaches the whole distance in `text`; 0 after
-// the message "Error: Unable to calculate laptime from data".
-double InsertDistanceTime(Workspace& ws, int slot, int lap, const QString& text);
+// frmInsertDistance: the ms into the lap from `start` to `end` (ms of the recording) at which
+// its distance, stretched as the lap will be, reaches the whole distance in `text`; 0 after the
+// message "Error: Unable to calculate laptime from data".
+double RowDistanceTime(Workspace& ws, int slot, int32_t start, int32_t end, const QString& text);
 
 // frmInsertBeacon ("Insert/Delete Beacon") on the outing in `slot`: a copy of its lap table.
 class frmInsertBeacon {

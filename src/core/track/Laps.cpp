@@ -73,38 +73,50 @@ void FindFastLap(Workspace& ws, int slot) {
   }
 }
 
+bool DistanceCountAt(const OutingRec& o, QFile& f, double ms, float& count) {
+  const ChannelRec& c = o.Channels[static_cast<std::size_t>(o.ChanDistance)];
+  const double p = static_cast<double>(c.Rate) * ms;
+  const int64_t ip = Floor(p);
+  double c0 = 0, c1 = 0;
+  if (!ReadTwoSamples(f, c, o.LcuSerial, ip, c0, c1)) return false;
+  if (o.LcuSerial == kConvertedSerial) {
+    count = static_cast<float>(c0);  // already a distance
+  } else {
+    count = c1 - c0 < 0 ? 0.0f : static_cast<float>(c0 + (c1 - c0) * (p - static_cast<double>(ip)));
+  }
+  return true;
+}
+
+bool DistanceSampleAt(const OutingRec& o, QFile& f, int64_t n, double& value) {
+  double next = 0;
+  return ReadTwoSamples(f, o.Channels[static_cast<std::size_t>(o.ChanDistance)], o.LcuSerial, n, value, next);
+}
+
 void ComputeLapDistances(Workspace& ws, int slot) {
   OutingRec& o = OutingAt(ws, slot);
   if (o.ChanDistance == -1) return;
   QFile f(o.FileName);
   if (!f.open(QIODevice::ReadOnly)) return;
-  const ChannelRec& c = o.Channels[static_cast<std::size_t>(o.ChanDistance)];
   for (int i = 1; i <= o.LastLap; ++i) {
     LapRec& lap = o.Laps[static_cast<std::size_t>(i)];
-    const double p = static_cast<double>(c.Rate) * lap.StartTime;
-    const int64_t ip = Floor(p);
-    double c0 = 0, c1 = 0;
-    if (!ReadTwoSamples(f, c, o.LcuSerial, ip, c0, c1)) continue;
-    if (o.LcuSerial == kConvertedSerial) {
-      lap.StartDistance = static_cast<float>(c0);  // already a distance
-    } else {
-      lap.StartDistance = c1 - c0 < 0 ? 0.0f : static_cast<float>(c0 + (c1 - c0) * (p - static_cast<double>(ip)));
-    }
+    DistanceCountAt(o, f, lap.StartTime, lap.StartDistance);
   }
   f.close();
   ComputeLapScales(ws, slot);
 }
 
+float LapDistanceScale(const Workspace& ws, float d) {
+  if (!ws.TrackLoaded || !(d > 0)) return 1.0f;
+  const int correction = ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].TrackCorrection;
+  const float f = ws.TrackLength / d;
+  return std::fabs(1.0f - f) * 100.0f < static_cast<float>(correction) ? f : 1.0f;
+}
+
 void ComputeLapScales(Workspace& ws, int slot) {
   OutingRec& o = OutingAt(ws, slot);
-  const int correction = ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].TrackCorrection;
   for (int i = 0; i < o.LastLap; ++i) {
     LapRec& lap = o.Laps[static_cast<std::size_t>(i)];
-    const float d = o.Laps[static_cast<std::size_t>(i + 1)].StartDistance - lap.StartDistance;
-    lap.DistanceScale = 1.0f;
-    if (!ws.TrackLoaded || !(d > 0)) continue;
-    const float f = ws.TrackLength / d;
-    if (std::fabs(1.0f - f) * 100.0f < static_cast<float>(correction)) lap.DistanceScale = f;
+    lap.DistanceScale = LapDistanceScale(ws, o.Laps[static_cast<std::size_t>(i + 1)].StartDistance - lap.StartDistance);
   }
 }
 

@@ -4,7 +4,9 @@
 // start with the stretch of each lap to the track map's length.
 
 #include <QString>
+#include <cstdint>
 
+class QFile;
 struct Workspace;
 struct OutingRec;
 
@@ -18,6 +20,13 @@ void ComputeLapDistances(Workspace& ws, int slot);
 // DistanceScale of every lap: stretched to the loaded map when it differs by less than the
 // folder's TrackCorrection percent.
 void ComputeLapScales(Workspace& ws, int slot);
+// The stretch of a lap of raw distance `d`: the map's length over it, or 1.
+float LapDistanceScale(const Workspace& ws, float d);
+
+// The outing's distance count at `ms` from the start of recording, read from its open file as
+// a lap's StartDistance is; and its raw sample `n`. False when the file can't be read there.
+bool DistanceCountAt(const OutingRec& o, QFile& f, double ms, float& count);
+bool DistanceSampleAt(const OutingRec& o, QFile& f, int64_t n, double& value);
 
 // Length of lap `lap` in ms (row lap + 1 minus row lap).
 int LapTimeMs(const OutingRec& outing, int lap);

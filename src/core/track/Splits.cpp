@@ -34,8 +34,8 @@ std::vector<SoftSplit> CalcSoftSplits(Workspace& ws, int slot, int lap) {
                                          static_cast<int64_t>(D.size()) - 1);
   const auto& points = ws.Track.SplitPoints;
   const int targets = ws.TrackLoaded ? std::min<int>(ws.Track.SplitCount, static_cast<int>(points.size()) - 1) : 0;
-  // Map distances against the lap's own, stretched as the lap is to the map.
-  auto rel = [&](int64_t i) { return (D[static_cast<std::size_t>(i)] - row.StartDistance) * row.DistanceScale; };
+  // The fetch has already stretched the lap's distance to the map: the samples are map distances.
+  auto rel = [&](int64_t i) { return D[static_cast<std::size_t>(i)] - row.StartDistance; };
   int k = 0;
   for (int64_t i = 0; i <= last && k < targets; ++i) {
     const double target = points[static_cast<std::size_t>(k + 1)];

@@ -93,6 +93,7 @@ bool LoadTrackFile(Workspace& ws, const QString& path) {
   }
   t.PointCount = static_cast<int32_t>(count);
   KeepWorkArea(t, ws.Track);
+  t.LoadedPath = path;
   ws.Track = std::move(t);
   ws.TrackLength = static_cast<float>(h.TrackLength);
   ws.TrackLoaded = true;
@@ -121,6 +122,7 @@ bool LoadOldTrackFile(Workspace& ws, const QString& path) {
   }
   t.PointCount = static_cast<int32_t>(t.TrackPoints.size());
   KeepWorkArea(t, ws.Track);
+  t.LoadedPath = path;
   ws.Track = std::move(t);
   ws.TrackLength = static_cast<float>(h.TrackLength);
   ws.TrackLoaded = true;
@@ -129,9 +131,21 @@ bool LoadOldTrackFile(Workspace& ws, const QString& path) {
 
 bool SelectTrackFile(Workspace& ws, const QString& path) {
   ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].TrackFile = path;
-  if (!LoadTrackFile(ws, path)) return false;
+  const bool loaded = LoadTrackFile(ws, path);
+  ApplyTrackToOutings(ws);  // a map that failed leaves no stretch of the one before
+  return loaded;
+}
+
+void LoadFolderTrack(Workspace& ws) {
+  const QString path = ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].TrackFile;
+  TrackState& t = ws.Track;
+  if (path.isEmpty()) {
+    ws.TrackLoaded = false;
+  } else if (!ws.TrackLoaded || t.LoadedPath != path || t.TrackChanged) {
+    t.TrackChanged = false;
+    LoadTrackFile(ws, path);
+  }
   ApplyTrackToOutings(ws);
-  return true;
 }
 
 void ApplyTrackToOutings(Workspace& ws) {
@@ -139,8 +153,13 @@ void ApplyTrackToOutings(Workspace& ws) {
   for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
     const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
     if (o.Loaded == 0) continue;
+    std::vector<float> before;
+    for (const LapRec& lap : o.Laps) before.push_back(lap.DistanceScale);
     ComputeLapScales(ws, slot);
-    if (o.ChanDistance < 0) continue;
+    std::vector<float> after;
+    for (const LapRec& lap : o.Laps) after.push_back(lap.DistanceScale);
+    // Only a changed stretch refetches: a folder shown again keeps its samples.
+    if (o.ChanDistance < 0 || before == after) continue;
     ClearChannelCache(ws, slot, o.ChanDistance);
     if (o.LoggedCount + 1 <= o.LastChannel) ClearChannelCache(ws, slot, o.LoggedCount + 1);
   }
@@ -152,6 +171,7 @@ void UnloadTrack(Workspace& ws) {
   ws.Track.OfficialLength = 0;
   ws.Track.LapDisplayMode = 0;
   ws.TrackLoaded = false;
+  ApplyTrackToOutings(ws);
 }
 
 void FitTrackToArea(Workspace& ws, double width, double height) {

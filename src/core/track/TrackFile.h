@@ -17,7 +17,12 @@ bool LoadOldTrackFile(Workspace& ws, const QString& path);
 
 // The folder's map chosen in the file dialog: remembered, loaded and applied to its outings.
 bool SelectTrackFile(Workspace& ws, const QString& path);
-// Lap scales of every loaded outing of the folder follow the map; distance channels refetch.
+// The map of the folder in view in memory, as a tab is chosen, the session is read or a new
+// map was saved (TrackChanged): loaded when it isn't held yet, none when the folder names none;
+// the lap scales follow.
+void LoadFolderTrack(Workspace& ws);
+// Lap scales of every loaded outing of the folder follow the map; where a stretch changed, the
+// distance channels refetch.
 void ApplyTrackToOutings(Workspace& ws);
 // mnuUnloadTrack: forgets the folder's map.
 void UnloadTrack(Workspace& ws);

@@ -49,6 +49,7 @@ struct TrackState {
   int32_t TrackOffsetX = 0, TrackOffsetY = 0;
   // Set when a new map was saved, so the folder reloads its TrackFile.
   bool TrackChanged = false;
+  QString LoadedPath;  // the file the map in memory came from
 
   // Creation work area
   std::vector<SourceSample> Samples;  // 0..SampleLast

@@ -145,7 +145,6 @@ struct OutingRec {
   std::array<PulseInput, 8> PulseInputs{};
   int32_t DataEnd = 0;  // 1-based file position after the last block
   int64_t FileSize = 0;        // at load: bounds what a fetch may read
-  double DataDurationMs = 0;   // the longest channel the file really holds, in ms
   int16_t OldVersion = 0;
   int16_t BandCount = 0;
   std::array<int32_t, 9> BandLimits{};

@@ -3,27 +3,18 @@
 
 #include <gtest/gtest.h>
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <nlohmann/json.hpp>
 
+#include "../CommandLine.h"
 #include "core/app/Files.h"
 #include "core/app/Messages.h"
 #include "core/demo/DemoInstall.h"
 
 namespace {
 
-struct Outcome {
-  int exit_code = -1;
-  QString out;
-};
-
-Outcome Orlan(const QStringList& args) {
-  QProcess p;
-  p.start(QStringLiteral(ORLAN_BINARY), args);
-  p.waitForFinished(60000);
-  return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput())};
-}
+using test_outings::Orlan;
+using test_outings::Outcome;
 
 class MathCommandLine : public ::testing::Test {
  protected:
@@ -40,8 +31,8 @@ class MathCommandLine : public ::testing::Test {
 
 TEST_F(MathCommandLine, InfoListsTheCompiledMathChannels) {
   const Outcome r = Orlan({"info", "--json", "--home", home_.path(), outing_});
-  ASSERT_EQ(r.exit_code, 0) << r.out.toStdString();
-  const auto j = nlohmann::json::parse(r.out.toStdString());
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  const auto j = nlohmann::json::parse(r.out);
   const auto& math = j["Outing"]["MathChannels"];
   ASSERT_EQ(math.size(), 4u);
   EXPECT_EQ(math[0]["Name"], "REAR_SLIP");
@@ -57,7 +48,7 @@ TEST_F(MathCommandLine, ExportedMathAgreesWithItsOperands) {
   const Outcome r = Orlan({"export", "--home", home_.path(), outing_, "--lap", "fast", "--format", "csv", "--channels",
                        "REAR_SLIP,WHEEL SPEED RL,WHEEL SPEED RR,WHEEL SPEED FL,WHEEL SPEED FR"});
   ASSERT_EQ(r.exit_code, 0);
-  const QStringList lines = r.out.split('\n', Qt::SkipEmptyParts);
+  const QStringList lines = QString::fromStdString(r.out).split('\n', Qt::SkipEmptyParts);
   ASSERT_GT(lines.size(), 1000);
   EXPECT_TRUE(lines[0].contains("REAR_SLIP"));
   int checked = 0;

@@ -90,15 +90,22 @@ TEST_F(OutingConstantsFile, OutingValuesReachTheFormulas) {
   EXPECT_EQ(ws.MathDefs[0].BoundText, "$000 * 0.745000");  // the outing compiled last
 }
 
-TEST_F(OutingConstantsFile, SaveReplacesTheBlockAndKeepsTheData) {
-  const std::vector<ConstantEntry> five = {
+// The block is written in place: the data before it, the tail of a longer old block and
+// whatever stands behind it keep their bytes, and the file never gets shorter.
+TEST_F(OutingConstantsFile, SaveWritesTheBlockInPlaceAndKeepsEveryOtherByte) {
+  const std::vector<ConstantEntry> seven = {
       {QStringLiteral("A1"), 1}, {QStringLiteral("A2"), 2}, {QStringLiteral("A3"), 3},
       {QStringLiteral("A4"), 4}, {QStringLiteral("A5"), 5}, {QStringLiteral("A6"), 6}, {QStringLiteral("A7"), 7}};
-  const QString path = Write("SAVE.DAT", &five);
+  const QString path = Write("SAVE.DAT", &seven);
+  {
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::Append));
+    f.write("TRAILER");
+  }
   ASSERT_TRUE(home.Load(0, path));
   OutingRec& o = home.Outing(0);
   QByteArray before;
-  ASSERT_TRUE(ReadFileBytes(path, 0, o.DataEnd - 1, before));
+  ASSERT_TRUE(ReadFileBytes(path, 0, 1 << 24, before));
 
   o.OutingConstants[0].Value = QStringLiteral("61.25");
   o.OutingConstants[1].Value = QStringLiteral("Book1!R1C1");  // a link keeps only the number in front
@@ -109,8 +116,11 @@ TEST_F(OutingConstantsFile, SaveReplacesTheBlockAndKeepsTheData) {
 
   QByteArray after;
   ASSERT_TRUE(ReadFileBytes(path, 0, 1 << 24, after));
-  EXPECT_EQ(after.size(), o.DataEnd - 1 + 128 + 5 * 36);  // the longer block is gone
-  EXPECT_EQ(after.left(o.DataEnd - 1), before);
+  const qsizetype new_end = o.DataEnd - 1 + 128 + 5 * 36;
+  ASSERT_EQ(after.size(), before.size());
+  EXPECT_EQ(after.left(o.DataEnd - 1), before.left(o.DataEnd - 1));
+  EXPECT_EQ(after.mid(new_end), before.mid(new_end));
+  EXPECT_TRUE(after.endsWith("TRAILER"));
   std::vector<ConstantEntry> block;
   ASSERT_TRUE(ReadConstantsBlock(path, o.DataEnd - 1, block));
   const std::vector<std::pair<QString, float>> expected = {

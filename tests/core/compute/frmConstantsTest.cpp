@@ -198,6 +198,8 @@ TEST(frmConstantsSave, CopyingBetweenOutingAndGlobal) {
   EXPECT_EQ(h.home.messages.entries.at(1).title, "Copy to Global");
   EXPECT_EQ(h.ws().GlobalConstants[0].Value, "57.5");
   EXPECT_TRUE(h.f.mnuCopyToGlobal(h.ws()));
+  EXPECT_EQ(h.ws().GlobalConstants[0].Value, "57.5");  // copied, not stored: the save stores it
+  ASSERT_TRUE(h.f.SaveChanges(h.ws()));
   EXPECT_EQ(Values(h.ws().GlobalConstants),
             (std::vector<QString>{"Brake Bias=59", "Fuel Density=0.745", "Wheelbase=0"}));
   EXPECT_TRUE(h.ConstantFile().contains("Brake Bias = 59\r\n"));

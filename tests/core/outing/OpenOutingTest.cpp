@@ -125,12 +125,10 @@ void CheckBadFile(const BadFile& k) {
   ASSERT_GE(o.LastLap, 0);
   ASSERT_LE(o.LastLap, 256);
   ASSERT_EQ(static_cast<int>(o.Laps.size()), o.LastLap + 1);
-  double slowest = 1.0;  // the slowest logged rate: the longest time the file's bytes could span
-  for (int i = 0; i < o.LoggedCount; ++i) {
-    const float rate = o.Channels[static_cast<std::size_t>(i)].Rate;
-    if (rate > 0) slowest = std::min<double>(slowest, rate);
-  }
-  const double longest_ms = bytes.size() / slowest + 5000;
+  // A lap's span by the header's times, never past the longest span a fetch takes.
+  int32_t latest = 0;
+  for (const LapRec& l : o.Laps) latest = std::max(latest, l.StartTime);
+  const double longest_ms = std::min<double>(latest, kMaxFetchSpanMs) + 5000;
   for (int lap = 0; lap <= o.LastLap; ++lap) {
     for (int c = 0; c <= o.LastChannel; ++c) {
       GetChannelData(home.ws(), 0, lap, c);

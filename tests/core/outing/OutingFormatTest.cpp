@@ -223,7 +223,8 @@ TEST(OutingFormat, LayoutCheckFlagsWhatCannotBeRead) {
     OutingHeader h = PlainHeader();
     int64_t size = kPlainDataEnd;
     c.spoil(h, size);
-    const QStringList problems = CheckOutingLayout(h, size);
+    QStringList problems = CheckOutingLayout(h, size);
+    if (!HeaderRefusal(h).isEmpty()) problems << HeaderRefusal(h);
     if (c.good) {
       EXPECT_TRUE(problems.isEmpty()) << c.what << ": " << problems.join("; ").toStdString();
     } else {

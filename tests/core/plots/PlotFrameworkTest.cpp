@@ -17,6 +17,9 @@ TEST(PlotFormats, NumbersAsTheWindowsShowThem) {
       {9.99995, " "},       {10, "10.00 "},          {-12.5, "-12.50"},     {99.99995, " "},
       {150.26, "150.3 "},   {999.99995, " "},        {1234.4, "1234 "},     {99999, "99999 "},
       {99999.5, "99999.5 "}, {123456.7, "123456.7 "}, {NAN, " - "},
+      // Ties of the exact binary value go to the even digit.
+      {2.0625, "2.062 "},   {-2.0625, "-2.062"},     {10.125, "10.12 "},    {150.25, "150.2 "},
+      {1234.5, "1234 "},    {1235.5, "1236 "},
   };
   for (const auto& [value, text] : automatic) EXPECT_EQ(FormatAuto(value), text) << value;
 
@@ -31,7 +34,8 @@ TEST(PlotFormats, NumbersAsTheWindowsShowThem) {
     uint16_t decimals;
     double value;
     const char* text;
-  } fixed[] = {{2, 3.14159, "3.14 "}, {0, -2.6, "-3"}, {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "}};
+  } fixed[] = {{2, 3.14159, "3.14 "}, {0, -2.6, "-3"}, {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
+               {2, 0.125, "0.12 "},  {2, 0.375, "0.38 "}, {0, 2.5, "2 "},    {1, -0.25, "-0.2"}};
   for (const auto& f : fixed) {
     c.Decimals = f.decimals;
     c.FftDecimals = f.decimals;
@@ -46,7 +50,7 @@ TEST(PlotFormats, LapTimesNamesAndLabels) {
   b.ws.Plots.LapSpeedDisplay = true;
   EXPECT_EQ(FormatLapTime(b.ws, 83456), "1:23.456");  // no track: still a time
   b.ws.TrackLength = 5.891f;
-  EXPECT_EQ(FormatLapTime(b.ws, 83456), "254.1");
+  EXPECT_EQ(FormatLapTime(b.ws, 83456), "254.1 ");  // left-trimmed only: the sign's blank stays
   EXPECT_EQ(FormatLapTime(b.ws, 0.5), "");
 
   EXPECT_EQ(ColorName(255), "red");
@@ -148,6 +152,10 @@ TEST(PlotScale, BandsAndPositions) {
   other = o;
   other.Channels[0].ShortName = QStringLiteral("RPM");
   other.Channels[1].ShortName = QStringLiteral("SPEED");
+  OutingRec& hidden = f.b.Outing(2);  // a channel only in a hidden lap takes no band
+  hidden = o;
+  hidden.Channels[0].ShortName = QStringLiteral("GEAR");
+  hidden.Laps[0].Hidden = -1;
   ws.FolderTable[0].Options.TileGraphs = true;
   GetTileCount(ws);
   EXPECT_EQ(ws.Plots.TileCount, 2);
@@ -227,21 +235,30 @@ TEST(PlotView, DistanceAxisHasItsOwnViewAndHistory) {
 
 namespace {
 
+// Without a colour of its own, a trace takes its channel's colour moved along the palette for
+// each lap compared before it: channels differ, and so do the laps of one channel.
 TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
   test_outings::BareWorkspace b;
   for (int i = 0; i < kPaletteSize; ++i) b.ws.Palette[static_cast<std::size_t>(i)] = 1000 + i;
   for (int slot : {0, 3}) {
     OutingRec& o = b.Outing(slot);
+    o.Loaded = -1;
+    o.Channels.resize(2);
+    o.Channels[0].Color = 9;
+    o.Channels[1].Color = 4;
     o.Laps.resize(1);
+    o.Laps[0].Shown = -1;
     o.Laps[0].LapChannels.resize(2);
   }
+  EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 1), 1004);  // the first lap compared: the channel's colour
+  EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 0), 1009);
   LapRec& lap = b.Outing(3).Laps[0];
   const struct {
     int16_t lap_color, channel_color;
     int expected;
   } cases[] = {
-      {-1, -1, 1003},  // neither: the outing's colour by its slot
-      {-1, 7, 1007},   // the channel's colour in this lap
+      {-1, -1, 1011},  // the second lap compared: 4 + 7
+      {-1, 7, 1007},   // the trace's own colour
       {12, 7, 1012},   // the lap's own colour over all
   };
   for (const auto& c : cases) {
@@ -249,7 +266,9 @@ TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
     lap.LapChannels[1].Color = c.channel_color;
     EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), c.expected);
   }
-  EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 1), 1000);  // another outing, another colour
+  // Never the background's colour: the next one.
+  b.ws.Palette[12] = 16777215;
+  EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), 1013);
 }
 
 }  // namespace

@@ -43,9 +43,9 @@ TEST(frmGraphNumerics, RowsFollowTheTracesAndTheCursor) {
     float cursor;
     const char *time, *ramp, *short_value;
   } cases[] = {
-      {1240.5f, "    0:01.240", "1240.5", "17.405"},  // between samples: interpolated at each rate
-      {3000, "    0:03.000", "3000.0", "35.000"},      // the short channel's last sample stands
-      {3150, "    0:03.150", "3150.0", ""},            // past the end of its lap: no value
+      {1240.5f, "    0:01.240", "1240.5 ", "17.405 "},  // between samples: interpolated at each rate
+      {3000, "    0:03.000", "3000.0 ", "35.000 "},      // the short channel's last sample stands
+      {3150, "    0:03.150", "3150.0 ", ""},             // past the end of its lap: no value
   };
   for (const auto& c : cases) {
     f.folder().CursorTime = c.cursor;
@@ -59,7 +59,7 @@ TEST(frmGraphNumerics, RowsFollowTheTracesAndTheCursor) {
   f.b.ws.Options.NumericCursor = false;
   f.folder().CursorTime = 10;
   f.graph.DrawNumerics();
-  EXPECT_EQ(f.graph.Numerics[1].Value, "3150.0");
+  EXPECT_EQ(f.graph.Numerics[1].Value, "3150.0 ");
 
   // A hidden lap has no row.
   f.b.Outing().Laps[0].Hidden = -1;
@@ -78,8 +78,8 @@ TEST(frmGraphNumerics, PanelShowsCaptionsAndRightAlignedValues) {
   ASSERT_EQ(prints.size(), 4u);
   EXPECT_EQ(prints[2].text, "RAMP (m}  000");
   EXPECT_EQ(prints[2].x1, 100);
-  EXPECT_EQ(prints[3].text, "500.0");
-  EXPECT_EQ(prints[3].x1 + 500, 3000 - 100);  // five characters of 100 twips end at the margin
+  EXPECT_EQ(prints[3].text, "500.0 ");  // the sign's blank keeps the digits where a minus would put them
+  EXPECT_EQ(prints[3].x1 + 600, 3000 - 100);  // six characters of 100 twips end at the margin
   EXPECT_EQ(prints[3].y1, 360);
 }
 

@@ -120,7 +120,7 @@ TEST(frmGraph, CursorValueStatusLineAndCursor) {
   f.graph.DrawDatumPoint();
   f.folder().CursorTime = 6000;
   f.graph.UpdateCursorValues();
-  EXPECT_TRUE(f.graph.StatusLine.endsWith("(dX : 0:01.000    dY : 1000.0)")) << f.graph.StatusLine.toStdString();
+  EXPECT_TRUE(f.graph.StatusLine.endsWith("(dX : 0:01.000    dY : 1000.0 )")) << f.graph.StatusLine.toStdString();
 }
 
 TEST(frmGraph, FullRedrawDrawsTracesAxesAndLabels) {
@@ -128,7 +128,8 @@ TEST(frmGraph, FullRedrawDrawsTracesAxesAndLabels) {
   f.graph.DrawLineGraphs();
   EXPECT_EQ(f.surface.ops.front().kind, DrawOp::Kind::Cls);
   EXPECT_EQ(f.surface.Of(DrawOp::Kind::Polyline).size(), 1u);
-  EXPECT_EQ(f.graph.ChannelLabels, std::vector<QString>{"RAMP (m}"});
+  ASSERT_EQ(f.graph.ChannelLabels.size(), 1u);
+  EXPECT_EQ(f.graph.ChannelLabels[0].Text, "RAMP (m}");
   EXPECT_EQ(f.graph.Caption, "RAMP vs Time");
   const std::vector<QString> texts = f.surface.Texts();
   // The vertical scale: 0 to 10000 in 50 steps, labels every fifth (1000, 2000, ...).

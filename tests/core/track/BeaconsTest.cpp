@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "../TestOutings.h"
+#include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/DistanceTime.h"
 
@@ -93,17 +94,27 @@ class BeaconFileTest : public ::testing::Test {
   QByteArray before;
 };
 
-// The beacon table is the only thing that changes in the file, and reopening gives the same laps.
+// The beacon table is the only thing that changes in the file, reopening gives the same laps,
+// and laps that keep their start keep what the engineer chose for them.
 TEST_F(BeaconFileTest, SavedBeaconsChangeOnlyTheBeaconFields) {
   Workspace& ws = home.ws();
   OutingRec& o = OutingAt(ws, 0);
   const int laps = o.LastLap;
+  o.Laps[1].Shown = -1;
+  o.Laps[1].Hidden = -1;
+  o.Laps[1].LapColor = 5;
+  o.Laps[3].LapColor = 7;
   frmInsertBeacon d(ws, 0);
   d.Selected = 2;
   const double half = (d.Rows[3] - d.Rows[2]) / 2.0;
   ASSERT_TRUE(d.InsertByTime(QString::number(half / 1000, 'f', 3)));
   ASSERT_TRUE(d.cmdOK());
   EXPECT_EQ(o.LastLap, laps + 1);
+  EXPECT_EQ(o.Laps[1].Shown, -1);
+  EXPECT_EQ(o.Laps[1].Hidden, -1);
+  EXPECT_EQ(o.Laps[1].LapColor, 5);
+  EXPECT_EQ(o.Laps[4].LapColor, 7);  // lap 3 behind the new beacon
+  EXPECT_EQ(o.Laps[3].LapColor, -1);
   const QByteArray after = Bytes();
   ASSERT_EQ(after.size(), before.size());
   for (qsizetype i = 0; i < after.size(); ++i) {
@@ -121,15 +132,23 @@ TEST_F(BeaconFileTest, SavedBeaconsChangeOnlyTheBeaconFields) {
   EXPECT_EQ(again, starts);
 }
 
-TEST_F(BeaconFileTest, InsertByDistanceFindsTheTimeTheLapReachesIt) {
+// A distance is measured from the start of the dialog's own row: after a delete earlier in the
+// dialog, its rows no longer line up with the outing's laps. The beacon lands where the car
+// passed the distance, by the simulator's clock.
+TEST_F(BeaconFileTest, InsertByDistanceFindsTheTimeTheDialogsLapReachesIt) {
   Workspace& ws = home.ws();
-  const OutingRec& o = OutingAt(ws, 0);
-  const float ms = DistanceToTime(ws, 0, 2, 1000);
-  ASSERT_GT(ms, 0);
-  EXPECT_NEAR(TimeToDistance(ws, 0, 2, ms), 1000, 1.0);
-  EXPECT_EQ(InsertDistanceTime(ws, 0, 2, QStringLiteral("999999")), 0);
+  frmInsertBeacon d(ws, 0);
+  d.Selected = 0;
+  d.cmdDelete();  // laps 0 and 1 are one: row 1 is now the start of the outing's lap 2
+  d.Selected = 1;
+  const int32_t start = d.Rows[1];
+  ASSERT_TRUE(d.InsertByDistance(QStringLiteral("1000")));
+  const float target = demo.sim.DistanceM[static_cast<std::size_t>(start)] + 1000;
+  const auto passed = std::lower_bound(demo.sim.DistanceM.begin(), demo.sim.DistanceM.end(), target);
+  // Whole metres at 10 Hz: the count at the row's start is within a metre, 20 ms at speed.
+  EXPECT_NEAR(d.Rows[2], passed - demo.sim.DistanceM.begin(), 40);
+  EXPECT_FALSE(d.InsertByDistance(QStringLiteral("999999")));
   EXPECT_EQ(LastMessage(home.messages).text, QStringLiteral("Error: Unable to calculate laptime from data"));
-  (void)o;
 }
 
 TEST_F(BeaconFileTest, ShiftByDistanceMovesTheInnerBeacons) {
@@ -150,9 +169,13 @@ TEST_F(BeaconFileTest, ShiftByDistanceMovesTheInnerBeacons) {
     }
   }
   o.Laps = old;
+  GetChannelData(ws, 0, 1, o.ChanDistance);
   ShiftTime(ws, 0, 1.5);
   EXPECT_EQ(o.Laps[1].StartTime, old[1].StartTime + 1500);
   EXPECT_EQ(o.Laps[o.LastLap - 1].StartTime, old[o.LastLap - 1].StartTime);
+  // The lap's samples and its start distance are those of its new start.
+  EXPECT_EQ(o.Laps[1].LapChannels[o.ChanDistance].Loaded, 0);
+  EXPECT_GT(o.Laps[1].StartDistance - old[1].StartDistance, 30);
 }
 
 TEST_F(BeaconFileTest, FailedWriteSaysSoAndKeepsTheFile) {

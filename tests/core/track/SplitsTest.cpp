@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "../TestOutings.h"
+#include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/Laps.h"
 #include "core/track/TrackCreate.h"
@@ -106,17 +107,23 @@ TEST(SplitsTest, UserDistances) {
 }
 
 // Split times on the demo: at the map's splits, running from the lap's start, the last one the
-// lap's true time; against the simulator's own clock at those distances.
-TEST(SplitsTest, SplitTimesOfADemoLap) {
+// lap's true time; against the simulator's own clock at those distances. The map is 1 % shorter
+// than the lap, so the lap is stretched by 0.99 and reaches a split later than its raw distance.
+TEST(SplitsTest, SplitTimesOfAStretchedDemoLap) {
   TestHome home;
   DemoOuting demo = MakeDemoOuting(QStringLiteral("SPIE0201.DAT"), home.Path(QString()), 2);
   ASSERT_TRUE(home.Load(0, demo.path));
   Workspace& ws = home.ws();
-  ws.TrackLoaded = true;
-  ws.TrackLength = static_cast<float>(demo.sim.LineLengthM);
-  Splits(ws, {0, 1000, 2000, 3000});
   const OutingRec& o = OutingAt(ws, 0);
   const int lap = 1;
+  const float stretch = 0.99f;
+  ws.TrackLoaded = true;
+  ws.TrackLength = (o.Laps[lap + 1].StartDistance - o.Laps[lap].StartDistance) * stretch;
+  ws.FolderTable[0].TrackCorrection = 2;
+  ComputeLapScales(ws, 0);
+  ClearOutingCache(ws, 0);
+  ASSERT_NEAR(o.Laps[lap].DistanceScale, stretch, 1e-6);
+  Splits(ws, {0, 1000, 2000, 3000});
   const auto splits = CalcSoftSplits(ws, 0, lap);
   ASSERT_EQ(splits.size(), 4u);
   EXPECT_FLOAT_EQ(splits.back().Seconds, LapTimeMs(o, lap) / 1000.0f);
@@ -124,7 +131,7 @@ TEST(SplitsTest, SplitTimesOfADemoLap) {
   for (int k = 0; k < 3; ++k) {
     EXPECT_EQ(splits[k].Distance, 1000.0f * (k + 1));
     // The simulator's time at which the lap's distance passed the split.
-    const float target = demo.sim.DistanceM[static_cast<std::size_t>(start)] + 1000.0f * (k + 1);
+    const float target = demo.sim.DistanceM[static_cast<std::size_t>(start)] + 1000.0f * (k + 1) / stretch;
     const auto it = std::lower_bound(demo.sim.DistanceM.begin(), demo.sim.DistanceM.end(), target);
     const double truth = static_cast<double>(it - demo.sim.DistanceM.begin() - start) / 1000.0;
     // Distance in whole metres at 10 Hz, interpolated (about 15 ms at these speeds), and the

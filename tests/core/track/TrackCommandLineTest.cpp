@@ -3,28 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <nlohmann/json.hpp>
 
+#include "../CommandLine.h"
 #include "core/app/Files.h"
 #include "core/app/Messages.h"
 #include "core/demo/DemoInstall.h"
 
 namespace {
 
-struct Outcome {
-  int exit_code = -1;
-  std::string out;
-  std::string err;
-};
-
-Outcome Orlan(const QStringList& args) {
-  QProcess p;
-  p.start(QStringLiteral(ORLAN_BINARY), args);
-  p.waitForFinished(60000);
-  return {p.exitCode(), p.readAllStandardOutput().toStdString(), p.readAllStandardError().toStdString()};
-}
+using test_outings::Orlan;
+using test_outings::Outcome;
 
 class TrackCommandLine : public ::testing::Test {
  protected:

@@ -107,6 +107,34 @@ TEST(TrackFileTest, BadFilesLeaveNoMapAndSaySo) {
   }
 }
 
+// One map in memory, the folder's in view: a folder without one stretches nothing, and a map that
+// fails to load leaves no stretch of the one before.
+TEST(TrackFileTest, TheFolderInViewHoldsItsOwnMap) {
+  BareWorkspace b;
+  const QString good = b.dir.filePath("GOOD.MAP");
+  ASSERT_TRUE(WriteFileAtomically(good, MapBytes(4, "ZOL Track Header")));
+  for (int f : {0, 1}) {
+    OutingRec& o = b.ws.FolderTable[static_cast<std::size_t>(f)].Outings[0];
+    o.Loaded = -1;
+    o.LastLap = 1;
+    o.Laps = {LapRec{}, LapRec{}};
+    o.Laps[1].StartDistance = 4300;  // the map is 4321: half a percent longer
+  }
+  b.ws.FolderTable[0].TrackFile = good;
+  LoadFolderTrack(b.ws);
+  EXPECT_TRUE(b.ws.TrackLoaded);
+  EXPECT_FLOAT_EQ(b.Outing().Laps[0].DistanceScale, 4321.0f / 4300.0f);
+  b.ws.CurFolder = 1;
+  LoadFolderTrack(b.ws);
+  EXPECT_FALSE(b.ws.TrackLoaded);
+  EXPECT_EQ(b.ws.FolderTable[1].Outings[0].Laps[0].DistanceScale, 1.0f);
+  b.ws.CurFolder = 0;
+  LoadFolderTrack(b.ws);
+  EXPECT_EQ(b.ws.Track.LoadedPath, good);
+  EXPECT_FALSE(SelectTrackFile(b.ws, b.dir.filePath("NONE.MAP")));
+  EXPECT_EQ(b.Outing().Laps[0].DistanceScale, 1.0f);
+}
+
 TEST(TrackFileTest, WrittenMapReadsBackAsItWasMade) {
   BareWorkspace b;
   TrackState& t = b.ws.Track;
