@@ -12,11 +12,14 @@ namespace {
 // The window needs a widget application; pictures a GUI application for fonts, painted
 // offscreen without a display; the other commands run without either.
 std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv) {
-  bool paints = false, window = false;
+  bool paints = false, window = false, screenshots = false;
   for (int i = 1; i < argc; ++i) {
     paints = paints || std::strcmp(argv[i], "plot") == 0;
     window = window || std::strcmp(argv[i], "gui") == 0;
+    screenshots = screenshots || std::strcmp(argv[i], "--screenshots") == 0;
   }
+  // The pictures of the windows are made offscreen, display or not.
+  if (window && screenshots) qputenv("QT_QPA_PLATFORM", "offscreen");
   if (window) return std::make_unique<QApplication>(argc, argv);
   if (!paints) return std::make_unique<QCoreApplication>(argc, argv);
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&

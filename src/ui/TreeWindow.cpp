@@ -76,6 +76,11 @@ void TreeWindow::mousePressEvent(QMouseEvent* e) {
   if (e->button() == Qt::RightButton && PopupMenu) PopupMenu(e->globalPosition().toPoint());
 }
 
+void TreeWindow::mouseDoubleClickEvent(QMouseEvent* e) {
+  QTreeWidget::mouseDoubleClickEvent(e);
+  if (e->button() == Qt::LeftButton && tree_.Level() == kLevelSupport && SupportNodeOpened) SupportNodeOpened();
+}
+
 QStringList TreeWindow::mimeTypes() const { return {QString::fromLatin1(GraphWindow::kChannelMime)}; }
 
 QMimeData* TreeWindow::mimeData(const QList<QTreeWidgetItem*>& items) const {

@@ -20,9 +20,12 @@ class TreeWindow : public QTreeWidget {
 
   // The popup menu of the selected node's level.
   std::function<void(QPoint global)> PopupMenu;
+  // A double click on a node of the "Support" branch: its editor opens.
+  std::function<void()> SupportNodeOpened;
 
  protected:
   void mousePressEvent(QMouseEvent* e) override;
+  void mouseDoubleClickEvent(QMouseEvent* e) override;
   QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override;
   QStringList mimeTypes() const override;
 

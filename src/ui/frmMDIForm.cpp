@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDesktopServices>
+#include <QUrl>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -32,6 +34,19 @@ QString Plain(QString text) { return text.remove(QLatin1Char('&')).remove(QStrin
 
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
 
+QString SelectedTag(const frmChlTree& tree) {
+  const int node = tree.SelectedNode();
+  return node >= 0 && node < static_cast<int>(tree.Nodes().size()) ? tree.Nodes()[static_cast<std::size_t>(node)].Tag : QString();
+}
+
+// The commands of a support node of the tree, the one a double click runs first.
+std::vector<const char*> SupportCommands(const QString& tag) {
+  if (tag == QLatin1String("MATH")) return {"Math Channels"};
+  if (tag == QLatin1String("CNST")) return {"Constants"};
+  if (tag == QLatin1String("TRAK")) return {"Load Track", "Track Data", "Edit Splits", "New Map", "Unload Track"};
+  return {};
+}
+
 // What the views span: the Datum's laps, or without a Datum the current outing's lap; and
 // whether there is any outing at all.
 std::array<int, 4> Comparison(Workspace& ws, int folder) {
@@ -44,8 +59,12 @@ std::array<int, 4> Comparison(Workspace& ws, int folder) {
 }  // namespace
 
 frmMDIForm::frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host)
-    : ws_(ws), host_(host ? std::move(host) : std::make_unique<QtTreeHost>(ws)), tree_(ws, *host_) {
+    : ws_(ws),
+      dialogs_{ws, this, [this] { AfterChange(); }},
+      host_(host ? std::move(host) : std::make_unique<QtTreeHost>(ws)),
+      tree_(ws, *host_) {
   host_->SetWindows(this, *this);
+  ws_.progress = &progress_;
   setWindowTitle(ws_.Title);
   auto* central = new QWidget;
   auto* layout = new QVBoxLayout(central);
@@ -63,6 +82,7 @@ frmMDIForm::frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host)
   tree_window_->resize(300, 520);
   tree_window_->installEventFilter(this);
   tree_view_->PopupMenu = [this](QPoint at) { TreeMenu(at); };
+  tree_view_->SupportNodeOpened = [this] { OpenSupportNode(); };
 
   BuildMenus();
   BuildToolBar();
@@ -81,6 +101,7 @@ frmMDIForm::frmMDIForm(Workspace& ws, std::unique_ptr<QtTreeHost> host)
 
 frmMDIForm::~frmMDIForm() {
   timer1_.stop();
+  ws_.progress = nullptr;
   // The plot windows unregister from the folders while the workspace is still there.
   for (QMdiSubWindow* w : mdi_->subWindowList()) delete w;
 }
@@ -111,6 +132,8 @@ void frmMDIForm::BuildMenus() {
   AddAction(file, QStringLiteral("Add New &Folder..."), tree(&frmChlTree::AddAnotherFolder));
   AddAction(file, QStringLiteral("&Edit Folder Name..."), tree(&frmChlTree::mnuEditFolder));
   AddAction(file, QStringLiteral("Delete Folder"), tree(&frmChlTree::DeleteCurrentFolder));
+  file->addSeparator();
+  AddAction(file, QStringLiteral("&Options..."), [this] { RunDialog(&EditOptions); });
   file->addSeparator();
   AddAction(file, QStringLiteral("E&xit"), [this] { close(); }, QKeySequence::Quit);
 
@@ -143,6 +166,9 @@ void frmMDIForm::BuildMenus() {
   AddAction(laps, QStringLiteral("Outing Colour..."), tree(&frmChlTree::ChangeOutingColor));
   AddAction(laps, QStringLiteral("Undo Lap Colour"), [this] { Run([&] { tree_.UndoLapColor(); }); });
   AddAction(laps, QStringLiteral("Undo Outing Colour"), [this] { Run([&] { tree_.UndoOutingColor(); }); });
+  laps->addSeparator();
+  AddAction(laps, QStringLiteral("Edit &Beacons..."), [this] { RunDialog(&EditBeacons); });
+  AddAction(laps, QStringLiteral("&Shift Beacons..."), [this] { RunDialog(&ShiftBeacons); });
 
   QMenu* channels = menuBar()->addMenu(QStringLiteral("&Channels"));
   AddAction(channels, QStringLiteral("Add &Channel(s)..."), tree(&frmChlTree::AddAnotherChannel), Qt::CTRL | Qt::Key_H);
@@ -152,6 +178,28 @@ void frmMDIForm::BuildMenus() {
   AddAction(channels, QStringLiteral("Replace All Channels..."), tree(&frmChlTree::ReplaceAllChannels));
   AddAction(channels, QStringLiteral("&Delete Channel"), tree(&frmChlTree::DeleteCurrentChannel));
   AddAction(channels, QStringLiteral("Delete Channel from all Outings"), tree(&frmChlTree::DeleteGlobalChannel));
+  channels->addSeparator();
+  AddAction(channels, QStringLiteral("&Filters..."), [this] { RunDialog(&EditFilters); });
+  AddAction(channels, QStringLiteral("Channel Co&lour..."), [this] { RunDialog(&EditChannelColor); });
+  AddAction(channels, QStringLiteral("&Events..."), [this] { RunDialog(&EditEvents); });
+  AddAction(channels, QStringLiteral("&Palette..."), [this] { RunDialog(&EditPalette); });
+
+  QMenu* math = menuBar()->addMenu(QStringLiteral("&Math"));
+  AddAction(math, QStringLiteral("&Math Channels..."), [this] { RunDialog(&EditMathChannels); }, Qt::CTRL | Qt::Key_M);
+  AddAction(math, QStringLiteral("&Constants..."), [this] { RunDialog(&EditConstants); });
+
+  QMenu* track = menuBar()->addMenu(QStringLiteral("&Track"));
+  AddAction(track, QStringLiteral("&Load Track..."), [this] { RunDialog(&LoadTrack); });
+  QAction* unload = AddAction(track, QStringLiteral("&Unload Track"), [this] {
+    UnloadTrack(ws_);
+    AfterChange();
+  });
+  unload->setObjectName(QStringLiteral("mnuUnloadTrack"));
+  AddAction(track, QStringLiteral("&New Map..."), [this] { RunDialog(&NewTrackMap); });
+  AddAction(track, QStringLiteral("Track &Data..."), [this] { RunDialog(&EditTrackData); });
+  track->addSeparator();
+  AddAction(track, QStringLiteral("Edit &Splits..."), [this] { RunDialog(&EditSplits); });
+  AddAction(track, QStringLiteral("&User Distances..."), [this] { RunDialog(&EditUserSplits); });
 
   QMenu* datum = menuBar()->addMenu(QStringLiteral("&Datum"));
   AddAction(datum, QStringLiteral("Select Datum &Outing..."), tree(&frmChlTree::SelectDatumOuting));
@@ -197,12 +245,50 @@ void frmMDIForm::BuildMenus() {
   AddAction(zoom, QStringLiteral("&Undo Zoom"), view(&UndoZoom), QKeySequence::Undo);
 
   QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
-  AddAction(window, QStringLiteral("Tile &Horizontally"), [this] { mdi_->tileSubWindows(); });
+  AddAction(window, QStringLiteral("Tile &Horizontally"), [this] { TileWindows(false); });
+  AddAction(window, QStringLiteral("Tile &Vertically"), [this] { TileWindows(true); });
   AddAction(window, QStringLiteral("&Cascade"), [this] { mdi_->cascadeSubWindows(); });
   AddAction(window, QStringLiteral("Channel &Tree"), [this] {
     tree_window_->show();
     mdi_->setActiveSubWindow(tree_window_);
   });
+
+  QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+  AddAction(help, QStringLiteral("&Contents"), [this] { ShowHelp(); }, QKeySequence::HelpContents);
+}
+
+void frmMDIForm::RunDialog(void (*open)(DialogHost&)) {
+  busy_ = true;
+  open(dialogs_);
+  busy_ = false;
+  LoadFolderTrack(ws_);  // a map chosen, unloaded or newly saved
+  AfterChange();
+}
+
+bool frmMDIForm::ShowHelp() {
+  if (ws_.HelpFilePath.isEmpty()) {
+    ws_.messages.Show(QStringLiteral("Warning : No HTML Help file found"), QStringLiteral("Load Help"), MessageIcon::Exclamation);
+    return false;
+  }
+  return QDesktopServices::openUrl(QUrl::fromLocalFile(ws_.HelpFilePath));
+}
+
+void frmMDIForm::TileWindows(bool vertical) {
+  std::vector<QMdiSubWindow*> shown;
+  for (QMdiSubWindow* w : mdi_->subWindowList()) {
+    if (w->isVisible() && !w->isMinimized()) shown.push_back(w);
+  }
+  if (shown.empty()) return;
+  const QRect area = mdi_->viewport()->rect();
+  const int n = static_cast<int>(shown.size());
+  for (int i = 0; i < n; ++i) {
+    shown[static_cast<std::size_t>(i)]->showNormal();
+    if (vertical) {
+      shown[static_cast<std::size_t>(i)]->setGeometry(area.width() * i / n, 0, area.width() / n, area.height());
+    } else {
+      shown[static_cast<std::size_t>(i)]->setGeometry(0, area.height() * i / n, area.width(), area.height() / n);
+    }
+  }
 }
 
 void frmMDIForm::BuildToolBar() {
@@ -262,6 +348,7 @@ void frmMDIForm::AfterChange(bool redraw) {
   Action(QStringLiteral("Tile Graphs"))->setChecked(folder.Options.TileGraphs);
   Action(QStringLiteral("Event Markers"))->setChecked(ws_.Options.EventMarkers);
   Action(QStringLiteral("Measure Cursor"))->setChecked(ws_.Plots.MeasureCursor);
+  Action(QStringLiteral("Unload Track"))->setEnabled(ws_.TrackLoaded);
   int outings = 0;
   for (const OutingRec& o : folder.Outings) outings += o.Loaded != 0;
   statusBar()->showMessage(QStringLiteral("Folder - %1    %2 outing(s)").arg(folder.Name.trimmed()).arg(outings));
@@ -380,19 +467,27 @@ void frmMDIForm::ChooseAxisPanelChannel(int place) {
 void frmMDIForm::TreeMenu(QPoint global) {
   QMenu menu;
   // The add-or-replace entries act on what the clicked node is, as the tree's dispatchers say.
-  menu.addAction(QStringLiteral("Add/Replace Outing..."), [this] { Run([&] { tree_.AddReplaceOuting(); }); });
-  menu.addAction(QStringLiteral("Add/Replace Lap..."), [this] { Run([&] { tree_.AddReplaceLap(); }); });
-  menu.addAction(QStringLiteral("Add/Replace Channel..."), [this] { Run([&] { tree_.AddReplaceChannel(); }); });
-  menu.addSeparator();
   const int16_t level = tree_.Level();
+  if (level != kLevelSupport) {
+    menu.addAction(QStringLiteral("Add/Replace Outing..."), [this] { Run([&] { tree_.AddReplaceOuting(); }); });
+    menu.addAction(QStringLiteral("Add/Replace Lap..."), [this] { Run([&] { tree_.AddReplaceLap(); }); });
+    menu.addAction(QStringLiteral("Add/Replace Channel..."), [this] { Run([&] { tree_.AddReplaceChannel(); }); });
+    menu.addSeparator();
+  }
   std::vector<const char*> names;
   if (level == kLevelDatum) names = {"Select Datum Outing", "Select Datum Lap", "Delete Datum"};
   if (level == kLevelOuting) names = {"Outing Colour", "Undo Outing Colour", "Hide Outing", "Hide Laps", "Delete Outing"};
   if (level == kLevelLap) names = {"Add Next Lap", "Add Previous Lap", "Lap Colour", "Undo Lap Colour", "Delete Lap"};
   if (level == kLevelChannel) names = {"Add Channel(s) to all Outings", "Delete Channel", "Delete Channel from all Outings"};
   if (level == kLevelRoot) names = {"Edit Folder Name", "Group Laps", "Entire Outing"};
+  if (level == kLevelSupport) names = SupportCommands(SelectedTag(tree_));
   for (const char* name : names) menu.addAction(Action(QString::fromLatin1(name)));
   menu.exec(global);
+}
+
+void frmMDIForm::OpenSupportNode() {
+  const std::vector<const char*> commands = SupportCommands(SelectedTag(tree_));
+  if (!commands.empty()) Action(QString::fromLatin1(commands.front()))->trigger();
 }
 
 void frmMDIForm::ShowFolder(int folder) {

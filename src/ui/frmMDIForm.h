@@ -13,6 +13,8 @@
 
 #include "core/workspace/FolderTable.h"
 #include "core/workspace/frmChlTree.h"
+#include "ui/Dialogs.h"
+#include "ui/QtProgress.h"
 #include "ui/QtTreeHost.h"
 
 class GraphWindow;
@@ -44,6 +46,10 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   void ChooseAxisPanelChannel(int place);
   // One tick of Timer1 (also run by the timer every second).
   void PollNewData();
+  // What the dialogs need of the window.
+  DialogHost& Dialogs() { return dialogs_; }
+  // Opens the user's guide in the system's browser; false when there is none.
+  bool ShowHelp();
 
   // FolderWindows
   int FolderTabCount() override;
@@ -71,12 +77,20 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   void DropChannel(int slot, int channel);
   void PlotMenu(QPoint global, bool over_axis);
   void TreeMenu(QPoint global);
+  // The editor of a support node of the tree ("Math Channels", "Constants", the track).
+  void OpenSupportNode();
+  // Child windows side by side (vertical) or one above the other.
+  void TileWindows(bool vertical);
+  // Runs a dialog of the main window: no poll meanwhile, and the changes shown afterwards.
+  void RunDialog(void (*open)(DialogHost&));
   void SaveGeometry(const QString& section, QWidget* window, bool active);
   void RestoreGeometry(const QString& section, QWidget* window);
   GraphWindow* GraphOf(int folder) const;
   QMdiSubWindow* SubWindowOf(QWidget* w) const;
 
   Workspace& ws_;
+  QtProgress progress_{this};
+  DialogHost dialogs_;
   std::unique_ptr<QtTreeHost> host_;
   frmChlTree tree_;
   QMdiArea* mdi_;

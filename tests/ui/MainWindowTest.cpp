@@ -24,45 +24,11 @@
 #include "ui/PlotCanvas.h"
 #include "ui/TreeWindow.h"
 #include "ui/frmMDIForm.h"
+#include "UiSession.h"
 
 namespace {
 
-// The dialogs answered from a script.
-class ScriptedHost : public QtTreeHost {
- public:
-  using QtTreeHost::QtTreeHost;
-  QStringList files;
-  std::vector<int> channels;
-  QStringList ChooseOutingFiles(const QString&, bool) override { return files; }
-  std::vector<int> ChooseChannels(const QString&, int, bool) override { return channels; }
-  std::optional<QString> AskText(const QString&, const QString&, const QString&) override { return text; }
-  QString text;
-};
-
-struct Session {
-  RecordingMessages messages;
-  std::unique_ptr<Workspace> ws;
-  ScriptedHost* host = nullptr;
-  std::unique_ptr<frmMDIForm> window;
-
-  explicit Session(const QString& home) {
-    ws = std::make_unique<Workspace>(messages, home);
-    EXPECT_TRUE(StartUp(*ws));
-    auto scripted = std::make_unique<ScriptedHost>(*ws);
-    host = scripted.get();
-    window = std::make_unique<frmMDIForm>(*ws, std::move(scripted));
-    window->resize(1400, 900);
-    window->show();
-    window->ReadLastState();
-    QApplication::processEvents();
-  }
-  FolderRec& folder() { return ws->FolderTable[static_cast<std::size_t>(ws->CurFolder)]; }
-  QAction* action(const char* name) {
-    QAction* a = window->Action(QString::fromLatin1(name));
-    EXPECT_NE(a, nullptr) << name;
-    return a;
-  }
-};
+using ui_test::Session;
 
 int CountColour(const QImage& image, QColor colour) {
   int n = 0;

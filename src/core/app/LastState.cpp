@@ -131,7 +131,9 @@ void SaveFolderState(Workspace& ws) {
 std::vector<int> ReadFolderState(Workspace& ws) {
   std::vector<int> in_use;
   const int16_t folder_before = ws.CurFolder, outing_before = ws.CurOuting;
+  ProgressScope progress(ws, QStringLiteral("Opening the last session"), kFolderCount, false);
   for (int f = 0; f < kFolderCount; ++f) {
+    progress.Step(f);
     if (f > 0 && !ws.Settings.ReadBool(kAppAnalysis, Section(f), "InUse", false)) continue;
     ws.FolderTable[static_cast<std::size_t>(f)].InUse = -1;
     ReadFolder(ws, f);

@@ -1,5 +1,9 @@
 #include "core/app/Startup.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 
 #include "core/app/Version.h"
@@ -76,12 +80,42 @@ QString HelpFile(Workspace& ws, const QString& program_name) {
     name = QStringLiteral("VantorHelp.chm");
   }
   const QString path = JoinPath(ws.Home, name);
-  if (name.isEmpty() || !QFileInfo::exists(path)) {
+  if (!name.isEmpty() && QFileInfo::exists(path)) return path;
+  // The user's guide this program ships, as HTML: the analysis program's help.
+  const QString guide = name == QLatin1String("Tallyrun2.chm") ? InstallHelp(ws) : QString();
+  if (guide.isEmpty()) {
     ws.messages.Show(QStringLiteral("Warning : No HTML Help file found"), QStringLiteral("Load Help"),
                      MessageIcon::Exclamation);
-    return QString();
   }
-  return path;
+  return guide;
+}
+
+QString ShippedHelpDirectory() {
+  const QByteArray env = qgetenv("ORLAN_HELP_DIR");
+  if (!env.isEmpty()) return QString::fromLocal8Bit(env);
+  if (QCoreApplication::instance()) {
+    const QString installed = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/orlan/help"));
+    if (QFileInfo::exists(JoinPath(installed, QStringLiteral("index.html")))) return QDir::cleanPath(installed);
+  }
+  return QStringLiteral(ORLAN_SOURCE_HELP_DIR);
+}
+
+QString InstallHelp(Workspace& ws) {
+  const QDir from(ShippedHelpDirectory());
+  const QDir to(JoinPath(ws.Home, QStringLiteral("Help")));
+  QDirIterator files(from.path(), QDir::Files, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QFileInfo source(files.next());
+    const QString target = to.filePath(from.relativeFilePath(source.filePath()));
+    const QFileInfo installed(target);
+    // A newer program brings a newer guide; a guide that is there already stays otherwise.
+    if (installed.exists() && installed.size() == source.size() && installed.lastModified() >= source.lastModified()) continue;
+    QDir().mkpath(installed.path());
+    QFile::remove(target);
+    QFile::copy(source.filePath(), target);
+  }
+  const QString index = to.filePath(QStringLiteral("index.html"));
+  return QFileInfo::exists(index) ? index : QString();
 }
 
 void ReadPalette(Workspace& ws) {

@@ -31,9 +31,16 @@ bool StartUp(Workspace& ws, bool for_window = true);
 void ShutDown(Workspace& ws);
 
 // The help file of a program of the family: "Tallyrun2.chm" for "Data Analysis" and
-// "Configuration", "VantorHelp.chm" for "System Editor", in the home folder. When it does not
-// exist, a warning and an empty result; the program goes on without help.
+// "Configuration", "VantorHelp.chm" for "System Editor", in the home folder. Without that file
+// the analysis program's help is the HTML guide it ships, installed into the home's "Help"
+// folder (InstallHelp). When there is none, a warning and an empty result; the program goes on
+// without help.
 QString HelpFile(Workspace& ws, const QString& program_name);
+// Where the shipped guide is: $ORLAN_HELP_DIR, the installed share/orlan/help, or the sources.
+QString ShippedHelpDirectory();
+// Copies the shipped guide into the home's "Help" folder where it is missing or older; the
+// path of its index.html, or empty when there is no guide.
+QString InstallHelp(Workspace& ws);
 
 // Section "UserOptions\Palette", keys "Color00".."Color19".
 void ReadPalette(Workspace& ws);

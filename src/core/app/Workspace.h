@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/app/Messages.h"
+#include "core/app/Progress.h"
 #include "core/app/Options.h"
 #include "core/app/Paths.h"
 #include "core/app/SettingsStore.h"
@@ -29,6 +30,7 @@ struct Workspace {
   Workspace(Messages& messages, const QString& home);
 
   Messages& messages;
+  Progress* progress = nullptr;  // the window's progress dialog; none on the command line
   QString Home;
   SettingsStore Settings;
 

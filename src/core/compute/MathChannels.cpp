@@ -89,7 +89,10 @@ void RecompileOutingMath(Workspace& ws, int slot) {
 
 void RecompileLoadedOutings(Workspace& ws) {
   const int16_t current = ws.CurFolder;
+  // No cancel: outings compiled with different definitions would not compare.
+  ProgressScope progress(ws, QStringLiteral("Compiling math channels"), kFolderCount, false);
   for (int f = 0; f < kFolderCount; ++f) {
+    progress.Step(f);
     ws.CurFolder = static_cast<int16_t>(f);
     for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
       if (OutingAt(ws, slot).Loaded != 0) RecompileOutingMath(ws, slot);

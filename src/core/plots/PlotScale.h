@@ -49,7 +49,7 @@ int64_t TraceStep(int64_t n);
 // one, else the trace's own (LapChannelRec), else the channel's colour from CHANNEL.DSC moved
 // along the palette by kLapColorStep for each lap compared before this one; never the
 // background's colour.
-inline constexpr int kLapColorStep = 7;
+inline constexpr int kLapColorStep = 3;
 int GetChannelColor(const Workspace& ws, int slot, int lap, int channel);
 
 // The first channel of the outing whose short name, trimmed and upper-cased, equals the first 16

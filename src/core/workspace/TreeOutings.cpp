@@ -80,7 +80,11 @@ void frmChlTree::ReleaseOuting(int outing) {
 bool frmChlTree::AddAnotherOuting() {
   const QStringList files = host_.ChooseOutingFiles(kAddTitle, true);
   bool any = false;
-  for (const QString& file : files) any = LoadIntoFreeSlot(file, kAddTitle) || any;
+  // A cancel falls between two outings: each is loaded whole or not at all.
+  ProgressScope progress(ws_, kAddTitle, static_cast<int>(files.size()), true);
+  for (int i = 0; i < static_cast<int>(files.size()) && progress.Step(i, BaseName(files[i])); ++i) {
+    any = LoadIntoFreeSlot(files[i], kAddTitle) || any;
+  }
   if (any) Rebuild();
   return any;
 }
@@ -90,7 +94,8 @@ bool frmChlTree::AddGlobalOuting() {
   if (files.isEmpty()) return false;
   const int16_t keep_folder = ws_.CurFolder, keep_outing = ws_.CurOuting;
   bool any = false;
-  for (int f = 0; f < kFolderCount; ++f) {
+  ProgressScope progress(ws_, kAddGlobalTitle, kFolderCount, true);
+  for (int f = 0; f < kFolderCount && progress.Step(f); ++f) {
     if (ws_.FolderTable[static_cast<std::size_t>(f)].InUse == 0) continue;
     ws_.CurFolder = static_cast<int16_t>(f);
     for (const QString& file : files) any = LoadIntoFreeSlot(file, kAddGlobalTitle) || any;

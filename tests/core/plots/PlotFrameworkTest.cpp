@@ -257,8 +257,8 @@ TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
     int16_t lap_color, channel_color;
     int expected;
   } cases[] = {
-      {-1, -1, 1011},  // the second lap compared: 4 + 7
-      {-1, 7, 1007},   // the trace's own colour
+      {-1, -1, 1007},  // the second lap compared: 4 + 3
+      {-1, 8, 1008},   // the trace's own colour
       {12, 7, 1012},   // the lap's own colour over all
   };
   for (const auto& c : cases) {
@@ -267,8 +267,9 @@ TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
     EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), c.expected);
   }
   // Never the background's colour: the next one.
-  b.ws.Palette[12] = 16777215;
-  EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), 1013);
+  lap.LapColor = lap.LapChannels[1].Color = -1;
+  b.ws.Palette[7] = 16777215;
+  EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), 1008);
 }
 
 }  // namespace

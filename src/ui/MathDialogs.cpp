@@ -1,0 +1,5 @@
+#include "ui/Dialogs.h"
+
+void EditMathChannels(DialogHost&) {}
+void EditConstants(DialogHost&) {}
+void MathScreenshots(DialogHost&, const Screenshot&) {}

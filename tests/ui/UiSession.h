@@ -1,0 +1,75 @@
+#pragma once
+
+// What the window tests share: a session of the main window on a home, its tree dialogs answered
+// from a script, and a way to act on the next modal dialog a command opens.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+#include "core/app/Messages.h"
+#include "core/app/Startup.h"
+#include "core/app/Workspace.h"
+#include "ui/QtTreeHost.h"
+#include "ui/frmMDIForm.h"
+
+namespace ui_test {
+
+// The dialogs answered from a script.
+class ScriptedHost : public QtTreeHost {
+ public:
+  using QtTreeHost::QtTreeHost;
+  QStringList files;
+  std::vector<int> channels;
+  QStringList ChooseOutingFiles(const QString&, bool) override { return files; }
+  std::vector<int> ChooseChannels(const QString&, int, bool) override { return channels; }
+  std::optional<QString> AskText(const QString&, const QString&, const QString&) override { return text; }
+  QString text;
+};
+
+struct Session {
+  RecordingMessages messages;
+  std::unique_ptr<Workspace> ws;
+  ScriptedHost* host = nullptr;
+  std::unique_ptr<frmMDIForm> window;
+
+  explicit Session(const QString& home) {
+    ws = std::make_unique<Workspace>(messages, home);
+    EXPECT_TRUE(StartUp(*ws));
+    auto scripted = std::make_unique<ScriptedHost>(*ws);
+    host = scripted.get();
+    window = std::make_unique<frmMDIForm>(*ws, std::move(scripted));
+    window->resize(1400, 900);
+    window->show();
+    window->ReadLastState();
+    QApplication::processEvents();
+  }
+  FolderRec& folder() { return ws->FolderTable[static_cast<std::size_t>(ws->CurFolder)]; }
+  QAction* action(const char* name) {
+    QAction* a = window->Action(QString::fromLatin1(name));
+    EXPECT_NE(a, nullptr) << name;
+    return a;
+  }
+};
+
+
+// Acts on the next modal window that shows (a dialog a command opens) once it is up; `act` finds
+// its controls, changes them and accepts or rejects it. Call before the command that opens it.
+inline void WhenModal(std::function<void(QWidget*)> act) {
+  QWidget* before = QApplication::activeModalWidget();
+  auto* timer = new QTimer;
+  auto tries = std::make_shared<int>(0);
+  QObject::connect(timer, &QTimer::timeout, [=] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if ((modal == nullptr || modal == before) && ++*tries < 400) return;
+    timer->stop();
+    timer->deleteLater();
+    if (modal != nullptr && modal != before) act(modal);
+  });
+  timer->start(10);
+}
+
+}  // namespace ui_test
