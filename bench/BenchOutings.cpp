@@ -11,6 +11,7 @@
 #include "core/outing/OpenOuting.h"
 #include "core/outing/OutingWriter.h"
 #include "core/plots/PlotScale.h"
+#include "core/plots/PlotView.h"
 #include "core/track/DistanceTime.h"
 
 BenchHome& TheBenchHome() {
@@ -80,4 +81,7 @@ void ShowBenchGraph(Workspace& ws) {
   f.TimeStart = 0;
   f.TimeEnd = static_cast<int32_t>(GetMaxTime(ws));
   f.CursorTime = 30000;
+  f.DistanceStart = 0;
+  f.DistanceEnd = GetMaxDistance(ws);
+  f.CursorDistance = 1500;
 }

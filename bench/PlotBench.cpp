@@ -1,7 +1,8 @@
-// A full redraw of the time graph, 8 channels over 4 whole laps of the demo's Silverstone outing,
-// onto a 1600 x 900 picture, and a cursor move, which must not redraw the traces. With
-// --polylines FILE it also writes the thinned traces in pixels, one line of "x y x y ..." each,
-// for plot_matplotlib.py to draw the same polylines with matplotlib's Agg backend.
+// A full redraw of each plot window, 8 channels over 4 whole laps of the demo's Silverstone
+// outing, onto a 1600 x 900 picture, and a cursor move, which must not redraw the traces. With
+// --polylines FILE it writes the time graph's thinned traces in pixels, one line of "x y x y ..."
+// each, and with --scatter FILE the XY plot's points (speed against each channel, 4 laps) as
+// "x y" lines, for plot_matplotlib.py to draw the same with matplotlib's Agg backend.
 
 #include <benchmark/benchmark.h>
 
@@ -12,8 +13,12 @@
 #include <cstring>
 
 #include "BenchOutings.h"
+#include "core/plots/PlotScale.h"
 #include "core/plots/RecordingSurface.h"
+#include "core/plots/frmDistance.h"
 #include "core/plots/frmGraph.h"
+#include "core/plots/frmHisto.h"
+#include "core/plots/frmXYPlot.h"
 #include "render/QtSurface.h"
 
 namespace {
@@ -38,6 +43,21 @@ void BM_DrawLineGraphs(benchmark::State& state) {
   for (auto _ : state) graph.DrawLineGraphs();
 }
 BENCHMARK(BM_DrawLineGraphs)->Unit(benchmark::kMillisecond);
+
+// The other windows over the same traces: their redraw next to the time graph's.
+template <class Plot>
+void BM_Redraw(benchmark::State& state, void (Plot::*draw)()) {
+  Workspace& ws = GraphWorkspace();
+  QImage image(1600, 900, QImage::Format_RGB32);
+  QPainter painter(&image);
+  QtSurface surface(painter, image.size());
+  Plot plot(ws, surface);
+  (plot.*draw)();
+  for (auto _ : state) (plot.*draw)();
+}
+BENCHMARK_CAPTURE(BM_Redraw, Distance, &frmDistance::DrawLineGraphs)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Redraw, XYPlot, &frmXYPlot::DrawXYPlots)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Redraw, Histogram, &frmHisto::DrawHistograms)->Unit(benchmark::kMillisecond);
 
 // The same without the dotted grid, to see what the grid costs.
 void BM_DrawLineGraphsNoGrid(benchmark::State& state) {
@@ -86,6 +106,19 @@ void WritePolylines(const char* path) {
   }
 }
 
+void WriteScatter(const char* path) {
+  Workspace& ws = GraphWorkspace();
+  RecordingSurface surface(1600 * 15, 900 * 15);
+  frmXYPlot plot(ws, surface);
+  QFile out(QString::fromLocal8Bit(path));
+  if (!out.open(QIODevice::WriteOnly)) std::abort();
+  ForEachTrace(ws, [&](int slot, int lap, int c) {
+    if (c == plot.XChannel(slot)) return;
+    for (const XYPoint& p : plot.TracePoints(slot, lap, c)) out.write(QByteArray::number(p.x) + ' ' + QByteArray::number(p.y) + '\n');
+    out.write("\n");  // a blank line between traces
+  });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -94,6 +127,10 @@ int main(int argc, char** argv) {
   for (int i = 1; i + 1 < argc; ++i) {
     if (std::strcmp(argv[i], "--polylines") == 0) {
       WritePolylines(argv[i + 1]);
+      return 0;
+    }
+    if (std::strcmp(argv[i], "--scatter") == 0) {
+      WriteScatter(argv[i + 1]);
       return 0;
     }
   }

@@ -24,3 +24,4 @@ void AddTrackCommand(CLI::App& cli, CliContext& context);
 void AddSplitsCommand(CLI::App& cli, CliContext& context);
 void AddPlotCommand(CLI::App& cli, CliContext& context);
 void AddGuiCommand(CLI::App& cli, CliContext& context);
+void AddFitCommands(CLI::App& cli, CliContext& context);

@@ -1,7 +1,7 @@
-// `orlan plot OUTING [OUTING...] --channels A,B --laps fast|all|N,M [--tile] [--theme light|dark]
-// [--start S --end E]
-// [--width W --height H] --out graph.png`: the time graph drawn offscreen into a picture, by the
-// same frmGraph and QtSurface that the window uses.
+// `orlan plot OUTING [OUTING...] --channels A,B --laps fast|all|N,M [--kind time|distance|xy|histogram]
+// [--x CHANNEL] [--tile] [--theme light|dark] [--start S --end E] [--width W --height H] --out graph.png`:
+// a plot window drawn offscreen into a picture, by the same classes and QtSurface that the
+// window uses.
 
 #include <QFileInfo>
 #include <QImage>
@@ -15,7 +15,11 @@
 #include "core/outing/OpenOuting.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/plots/PlotScale.h"
+#include "core/plots/PlotView.h"
+#include "core/plots/frmDistance.h"
 #include "core/plots/frmGraph.h"
+#include "core/plots/frmHisto.h"
+#include "core/plots/frmXYPlot.h"
 #include "core/track/DistanceTime.h"
 #include "render/QtSurface.h"
 
@@ -27,6 +31,8 @@ struct PlotOptions {
   std::string laps = "fast";
   bool tile = false;
   std::string theme = "light";
+  std::string kind = "time";
+  std::string x = "System Speed";
   double start = -1, end = -1;  // seconds from the lap's start; -1: the whole span
   int width = 1600, height = 900;
   std::string out;
@@ -127,18 +133,31 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
   folder.SelOuting = 0;
   ws->CurOuting = 0;
   folder.Options.TileGraphs = opt.tile;
+  folder.Options.AxisXYChannel = QString::fromStdString(opt.x);
   ws->Options.ColorTheme = opt.theme == "dark" ? 1 : 0;
   GetTileCount(*ws);
+  const bool distance = opt.kind == "distance";
   const double max_ms = GetMaxTime(*ws);
-  folder.TimeStart = opt.start >= 0 ? static_cast<int32_t>(std::nearbyint(opt.start * 1000)) : 0;
-  folder.TimeEnd = opt.end >= 0 ? static_cast<int32_t>(std::nearbyint(opt.end * 1000)) : static_cast<int32_t>(max_ms);
+  folder.TimeStart = !distance && opt.start >= 0 ? static_cast<int32_t>(std::nearbyint(opt.start * 1000)) : 0;
+  folder.TimeEnd = !distance && opt.end >= 0 ? static_cast<int32_t>(std::nearbyint(opt.end * 1000)) : static_cast<int32_t>(max_ms);
   folder.CursorTime = static_cast<float>(folder.TimeStart + folder.TimeEnd) / 2;
+  folder.DistanceStart = distance && opt.start >= 0 ? static_cast<float>(opt.start) : 0;
+  folder.DistanceEnd = distance && opt.end >= 0 ? static_cast<float>(opt.end) : GetMaxDistance(*ws);
+  folder.CursorDistance = (folder.DistanceStart + folder.DistanceEnd) / 2;
+  ws->Plots.ActivePlotType = distance ? 1 : 0;
 
   QImage image(opt.width, opt.height, QImage::Format_RGB32);
   QPainter painter(&image);
   QtSurface surface(painter, image.size());
-  frmGraph graph(*ws, surface);
-  graph.DrawLineGraphs();
+  if (opt.kind == "xy") {
+    frmXYPlot(*ws, surface).DrawXYPlots();
+  } else if (opt.kind == "histogram") {
+    frmHisto(*ws, surface).DrawHistograms();
+  } else {
+    std::unique_ptr<LinePlot> plot = distance ? std::unique_ptr<LinePlot>(std::make_unique<frmDistance>(*ws, surface))
+                                              : std::make_unique<frmGraph>(*ws, surface);
+    plot->DrawLineGraphs();
+  }
   DrawLegend(*ws, surface);
   painter.end();
   if (!image.save(QString::fromStdString(opt.out), "PNG")) {
@@ -152,15 +171,18 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
 
 void AddPlotCommand(CLI::App& cli, CliContext& context) {
   auto opt = std::make_shared<PlotOptions>();
-  CLI::App* sub = cli.add_subcommand("plot", "Draw the time graph of laps and channels into a PNG picture");
+  CLI::App* sub = cli.add_subcommand("plot", "Draw a plot window of laps and channels into a PNG picture");
   sub->add_option("OUTINGS", opt->files, "Outing files, one folder")->required();
   sub->add_option("--channels", opt->channels, "Channel names, comma separated")->required();
   sub->add_option("--laps", opt->laps, "\"fast\", \"all\" (the timed laps) or lap indices, comma separated");
+  sub->add_option("--kind", opt->kind, "time, distance, xy or histogram")
+      ->check(CLI::IsMember({"time", "distance", "xy", "histogram"}));
+  sub->add_option("--x", opt->x, "The x channel of an XY plot (default System Speed)");
   sub->add_flag("--tile", opt->tile, "One band per channel");
   sub->add_option("--theme", opt->theme, "\"light\" (black on white) or \"dark\" (white on black)")
       ->check(CLI::IsMember({"light", "dark"}));
-  sub->add_option("--start", opt->start, "Start of the view, seconds from the lap's start");
-  sub->add_option("--end", opt->end, "End of the view, seconds from the lap's start");
+  sub->add_option("--start", opt->start, "Start of the view: seconds from the lap's start (distance units for --kind distance)");
+  sub->add_option("--end", opt->end, "End of the view: seconds from the lap's start (distance units for --kind distance)");
   sub->add_option("--width", opt->width, "Picture width in pixels")->check(CLI::Range(200, 10000));
   sub->add_option("--height", opt->height, "Picture height in pixels")->check(CLI::Range(150, 10000));
   sub->add_option("--out", opt->out, "The PNG file to write")->required();

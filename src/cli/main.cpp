@@ -44,6 +44,7 @@ int main(int argc, char** argv) {
   AddSplitsCommand(cli, context);
   AddPlotCommand(cli, context);
   AddGuiCommand(cli, context);
+  AddFitCommands(cli, context);
   try {
     cli.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

@@ -16,6 +16,8 @@
 #include "core/plots/PlotAxes.h"
 #include "core/plots/PlotScale.h"
 #include "core/plots/RefreshPlots.h"
+#include "core/plots/frmDistance.h"
+#include "core/plots/frmGraph.h"
 #include "render/QtSurface.h"
 #include "ui/PlotCanvas.h"
 
@@ -26,11 +28,11 @@ constexpr double kTwips = 15;  // twips a pixel
 FolderRec& FolderOf(Workspace& ws, int folder) { return ws.FolderTable[static_cast<std::size_t>(folder)]; }
 
 // The keys the graph answers, whatever the modifiers: none when the key isn't one of them.
-std::optional<frmGraph::Key> GraphKey(int qt_key) {
-  static const std::pair<int, frmGraph::Key> keys[] = {
-      {Qt::Key_Left, frmGraph::Key::Left}, {Qt::Key_Right, frmGraph::Key::Right}, {Qt::Key_Up, frmGraph::Key::Up},
-      {Qt::Key_Down, frmGraph::Key::Down}, {Qt::Key_Return, frmGraph::Key::Enter}, {Qt::Key_Enter, frmGraph::Key::Enter},
-      {Qt::Key_Home, frmGraph::Key::Home}, {Qt::Key_End, frmGraph::Key::End},
+std::optional<LinePlot::Key> GraphKey(int qt_key) {
+  static const std::pair<int, LinePlot::Key> keys[] = {
+      {Qt::Key_Left, LinePlot::Key::Left}, {Qt::Key_Right, LinePlot::Key::Right}, {Qt::Key_Up, LinePlot::Key::Up},
+      {Qt::Key_Down, LinePlot::Key::Down}, {Qt::Key_Return, LinePlot::Key::Enter}, {Qt::Key_Enter, LinePlot::Key::Enter},
+      {Qt::Key_Home, LinePlot::Key::Home}, {Qt::Key_End, LinePlot::Key::End},
   };
   for (const auto& [qt, key] : keys) {
     if (qt == qt_key) return key;
@@ -40,9 +42,12 @@ std::optional<frmGraph::Key> GraphKey(int qt_key) {
 
 }  // namespace
 
-GraphWindow::GraphWindow(Workspace& ws, int folder, QWidget* parent)
-    : QWidget(parent), ws_(ws), folder_(folder), graph_(ws, idle_) {
-  setWindowTitle(QStringLiteral("Time Plot"));
+GraphWindow::GraphWindow(Workspace& ws, int folder, PlotWindow kind, QWidget* parent)
+    : PlotWindowBase(ws, folder, kind, parent),
+      graph_(kind == PlotWindow::Distance ? std::unique_ptr<LinePlot>(std::make_unique<frmDistance>(ws, idle_))
+                                          : std::make_unique<frmGraph>(ws, idle_)),
+      title_(kind == PlotWindow::Distance ? QStringLiteral("Distance Plot") : QStringLiteral("Time Plot")) {
+  setWindowTitle(title_);
   setFocusPolicy(Qt::StrongFocus);
   setAcceptDrops(true);
   left_ = new PlotCanvas;
@@ -85,14 +90,9 @@ GraphWindow::GraphWindow(Workspace& ws, int folder, QWidget* parent)
   plot_->Mouse = [this](PlotCanvas::MouseKind kind, QMouseEvent* e) { OnMouse(static_cast<int>(kind), e); };
   plot_->Resized = [this] { Redraw(); };
   numeric_->Resized = [this] { PaintNumerics(); };
-  graph_.MovePointer = [this](double x) {
+  graph_->MovePointer = [this](double x) {
     QCursor::setPos(plot_->mapToGlobal(QPoint(static_cast<int>(x / kTwips), plot_->mapFromGlobal(QCursor::pos()).y())));
   };
-  FolderOf(ws_, folder_).Redraw[static_cast<std::size_t>(PlotWindow::Graph)] = [this] { Redraw(); };
-}
-
-GraphWindow::~GraphWindow() {
-  FolderOf(ws_, folder_).Redraw[static_cast<std::size_t>(PlotWindow::Graph)] = nullptr;
 }
 
 void GraphWindow::ShowPanels() {
@@ -113,14 +113,14 @@ void GraphWindow::Redraw() {
   {
     QPainter left_painter(&left_->Image), right_painter(&right_->Image);
     QtSurface left(left_painter, left_->Image.size()), right(right_painter, right_->Image.size());
-    graph_.SetAxisPanels(left_->isVisible() ? &left : nullptr, right_->isVisible() ? &right : nullptr);
-    Paint([this] { graph_.DrawLineGraphs(); });
-    graph_.SetAxisPanels(nullptr, nullptr);
+    graph_->SetAxisPanels(left_->isVisible() ? &left : nullptr, right_->isVisible() ? &right : nullptr);
+    Paint([this] { graph_->DrawLineGraphs(); });
+    graph_->SetAxisPanels(nullptr, nullptr);
   }
   left_->update();
   right_->update();
   ShowCaptions();
-  setWindowTitle(graph_.Caption.isEmpty() ? QStringLiteral("Time Plot") : QStringLiteral("Time Plot - ") + graph_.Caption);
+  setWindowTitle(graph_->Caption.isEmpty() ? title_ : title_ + QStringLiteral(" - ") + graph_->Caption);
   if (redraw_pending_) {
     redraw_pending_ = false;
     Redraw();
@@ -129,7 +129,7 @@ void GraphWindow::Redraw() {
 
 void GraphWindow::ShowCaptions() {
   QStringList parts;
-  for (const frmGraph::ChannelCaption& c : graph_.ChannelLabels) {
+  for (const LinePlot::ChannelCaption& c : graph_->ChannelLabels) {
     if (c.Text.isEmpty()) continue;
     parts << QStringLiteral("<span style=\"color:%1\">%2</span>").arg(QtSurface::ToQColor(c.Color).name(), c.Text.toHtmlEscaped());
   }
@@ -153,9 +153,9 @@ void GraphWindow::Paint(const std::function<void()>& draw) {
   {
     QPainter painter(&plot_->Image);
     QtSurface surface(painter, plot_->Image.size());
-    graph_.SetSurface(surface);
+    graph_->SetSurface(surface);
     draw();
-    graph_.SetSurface(idle_);
+    graph_->SetSurface(idle_);
   }
   painting_ = false;
   plot_->update();
@@ -163,12 +163,12 @@ void GraphWindow::Paint(const std::function<void()>& draw) {
 }
 
 void GraphWindow::PaintNumerics() {
-  const int rows_height = static_cast<int>(graph_.NumericHeight / kTwips);
+  const int rows_height = static_cast<int>(graph_->NumericHeight / kTwips);
   if (numeric_->minimumHeight() != rows_height) numeric_->setMinimumHeight(rows_height);
   numeric_->FitImage();
   QPainter painter(&numeric_->Image);
   QtSurface surface(painter, numeric_->Image.size());
-  graph_.PaintNumerics(surface);
+  graph_->PaintNumerics(surface);
   numeric_->update();
 }
 
@@ -182,13 +182,13 @@ void GraphWindow::OnMouse(int kind, QMouseEvent* e) {
         return;
       }
       button_ = e->button() == Qt::LeftButton ? 1 : 0;
-      if (button_ == 1) Event([&] { graph_.MouseDown(1, x, y); });
+      if (button_ == 1) Event([&] { graph_->MouseDown(1, x, y); });
       return;
     case PlotCanvas::MouseKind::Move:
-      if (button_ == 1) Event([&] { graph_.MouseMove(1, x, y); });
+      if (button_ == 1) Event([&] { graph_->MouseMove(1, x, y); });
       return;
     case PlotCanvas::MouseKind::Release:
-      if (button_ == 1 && e->button() == Qt::LeftButton) Event([&] { graph_.MouseUp(1, x, y); });
+      if (button_ == 1 && e->button() == Qt::LeftButton) Event([&] { graph_->MouseUp(1, x, y); });
       button_ = 0;
       return;
     case PlotCanvas::MouseKind::DoubleClick:
@@ -197,10 +197,10 @@ void GraphWindow::OnMouse(int kind, QMouseEvent* e) {
 }
 
 void GraphWindow::keyPressEvent(QKeyEvent* e) {
-  const std::optional<frmGraph::Key> key = GraphKey(e->key());
+  const std::optional<LinePlot::Key> key = GraphKey(e->key());
   if (!key) return QWidget::keyPressEvent(e);
   const Qt::KeyboardModifiers m = e->modifiers();
-  Event([&] { graph_.KeyDown(*key, m & Qt::ShiftModifier, m & Qt::ControlModifier, m & Qt::AltModifier); });
+  Event([&] { graph_->KeyDown(*key, m & Qt::ShiftModifier, m & Qt::ControlModifier, m & Qt::AltModifier); });
 }
 
 bool GraphWindow::event(QEvent* e) {

@@ -1,28 +1,29 @@
 #pragma once
 
-// The time graph in a child window: the plot, the side panels with further scales, and the
-// numeric panel beyond a sizing bar. The window forwards paint, size, mouse and keys to
-// frmGraph, which draws on a QtSurface over the canvases' pictures. A click moves the cursor by
-// exclusive-or on the picture already drawn; only a change of view redraws the traces.
+// The time graph or the distance plot in a child window: the plot, the channels' captions above
+// it, the side panels with further scales, and the numeric panel beyond a sizing bar. The
+// window forwards paint, size, mouse and keys to frmGraph or frmDistance, which draw on a
+// QtSurface over the canvases' pictures. A click moves the cursor by exclusive-or on the picture
+// already drawn; only a change of view redraws the traces.
 
-#include <QWidget>
 #include <functional>
+#include <memory>
 
+#include "core/plots/LinePlot.h"
 #include "core/plots/RecordingSurface.h"
-#include "core/plots/frmGraph.h"
+#include "ui/PlotWindowBase.h"
 
 class PlotCanvas;
 class QLabel;
 class QSplitter;
 struct Workspace;
 
-class GraphWindow : public QWidget {
+class GraphWindow : public PlotWindowBase {
  public:
-  GraphWindow(Workspace& ws, int folder, QWidget* parent = nullptr);
-  ~GraphWindow() override;
+  // `kind` is PlotWindow::Graph (the time graph) or PlotWindow::Distance.
+  GraphWindow(Workspace& ws, int folder, PlotWindow kind = PlotWindow::Graph, QWidget* parent = nullptr);
 
-  int Folder() const { return folder_; }
-  frmGraph& Graph() { return graph_; }
+  LinePlot& Graph() { return *graph_; }
   PlotCanvas* Plot() { return plot_; }
   // The side panels of further scales: 0 left, 1 right; shown only when they have one.
   PlotCanvas* Panel(int side) { return side == 0 ? left_ : right_; }
@@ -31,7 +32,7 @@ class GraphWindow : public QWidget {
   QLabel* Captions() { return captions_; }
 
   // The full redraw (DrawLineGraphs); the folder's RefreshPlots calls it.
-  void Redraw();
+  void Redraw() override;
   // Drawing in answer to an event (a click, a key, a menu's go-to): `draw` paints on the picture
   // as it stands, and a redraw it asked for meanwhile (a zoom at the end of a drag) runs after.
   void Event(const std::function<void()>& draw);
@@ -57,10 +58,9 @@ class GraphWindow : public QWidget {
   void ShowCaptions();
   void OnMouse(int kind, QMouseEvent* e);
 
-  Workspace& ws_;
-  int folder_;
   RecordingSurface idle_{1, 1};  // the graph's surface between events; nothing draws on it
-  frmGraph graph_;
+  std::unique_ptr<LinePlot> graph_;
+  QString title_;
   PlotCanvas* left_;
   PlotCanvas* plot_;
   PlotCanvas* right_;

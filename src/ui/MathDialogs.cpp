@@ -1,5 +1,46 @@
-#include "ui/Dialogs.h"
+// The math and constants commands of the main window, and their pictures.
 
-void EditMathChannels(DialogHost&) {}
-void EditConstants(DialogHost&) {}
-void MathScreenshots(DialogHost&, const Screenshot&) {}
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+
+#include "ui/ConstantsDialog.h"
+#include "ui/Dialogs.h"
+#include "ui/EditMathDialog.h"
+#include "ui/Screenshots.h"
+
+void EditMathChannels(DialogHost& host) {
+  EditMathDialog dialog(host);
+  dialog.exec();
+}
+
+void EditConstants(DialogHost& host) {
+  ConstantsDialog dialog(host);
+  dialog.exec();
+}
+
+void MathScreenshots(DialogHost& host, const Screenshot& shot) {
+  // The editors are shown without a loop of their own so that their menus can open the small
+  // windows; each of those is closed as by Cancel and nothing is saved.
+  {
+    EditMathDialog editor(host);
+    editor.show();
+    QApplication::processEvents();
+    shot(&editor, QStringLiteral("frmEditMath"));
+    const struct {
+      const char* menu;
+      const char* name;
+    } forms[] = {{"mnuDefineNew", "frmNewMath"}, {"mnuSelectChannel", "frmChlMath"}, {"mnuScales", "frmMathScales"}};
+    for (const auto& f : forms) {
+      ShootModal(shot, QString::fromLatin1(f.name), [&] { editor.Menu(f.menu)->trigger(); });
+    }
+    ShootModal(shot, QStringLiteral("frmChlList"), [&] { editor.findChild<QAbstractButton*>("cmdChannel")->click(); });
+    editor.hide();
+  }
+  ConstantsDialog constants(host);
+  constants.show();
+  QApplication::processEvents();
+  shot(&constants, QStringLiteral("frmConstants"));
+  ShootModal(shot, QStringLiteral("frmNewConst"), [&] { constants.Menu("mnuAddConstant")->trigger(); });
+  constants.hide();
+}

@@ -3,6 +3,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "render/QtSurface.h"
+
 PlotCanvas::PlotCanvas(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);  // the picture covers every pixel
   setMinimumSize(40, 40);
@@ -13,6 +15,16 @@ bool PlotCanvas::FitImage() {
   Image = QImage(size(), QImage::Format_RGB32);
   Image.fill(Qt::white);
   return true;
+}
+
+void PlotCanvas::Paint(const std::function<void(Surface&)>& draw) {
+  FitImage();
+  {
+    QPainter painter(&Image);
+    QtSurface surface(painter, Image.size());
+    draw(surface);
+  }
+  update();
 }
 
 void PlotCanvas::paintEvent(QPaintEvent*) {

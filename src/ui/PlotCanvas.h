@@ -8,6 +8,8 @@
 #include <QWidget>
 #include <functional>
 
+class Surface;
+
 class PlotCanvas : public QWidget {
  public:
   explicit PlotCanvas(QWidget* parent = nullptr);
@@ -19,6 +21,8 @@ class PlotCanvas : public QWidget {
 
   // The picture is as large as the widget; false when it already was.
   bool FitImage();
+  // Paints on the picture through a QtSurface (twips), then shows it.
+  void Paint(const std::function<void(Surface&)>& draw);
 
  protected:
   void paintEvent(QPaintEvent*) override;

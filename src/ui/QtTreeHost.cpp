@@ -15,11 +15,13 @@
 #include <QVBoxLayout>
 
 #include "core/app/Workspace.h"
+#include "core/plots/frmChlColor.h"
 #include "core/workspace/frmDatumFile.h"
 #include "core/workspace/frmGroupLaps.h"
 #include "core/workspace/frmLapHide.h"
 #include "core/workspace/frmLapSelect.h"
 #include "render/QtSurface.h"
+#include "ui/ChannelDialogParts.h"
 
 namespace {
 
@@ -131,21 +133,9 @@ std::vector<int> QtTreeHost::ChooseChannels(const QString& title, int outing, bo
 }
 
 int QtTreeHost::PickColor() {
-  Dialog d(parent_, QStringLiteral("Color"));
-  auto* grid = new QGridLayout;
-  int chosen = -1;
-  for (int i = 0; i < kPaletteSize; ++i) {
-    auto* swatch = new QPushButton;
-    swatch->setFixedSize(32, 24);
-    swatch->setStyleSheet(QStringLiteral("background-color: %1").arg(QtSurface::ToQColor(ws_.Palette[static_cast<std::size_t>(i)]).name()));
-    QObject::connect(swatch, &QPushButton::clicked, [&, i] {
-      chosen = i;
-      d.dialog.accept();
-    });
-    grid->addWidget(swatch, i / 5, i % 5);
-  }
-  d.body->addLayout(grid);
-  return d.Run() ? chosen : -1;
+  // The same palette dialog as a channel's colour, without the channel's default.
+  frmChlColor form(ws_);
+  return channel_dialogs::RunChlColor(parent_, form) ? form.Selected : -1;
 }
 
 int QtTreeHost::ChooseDatumOuting(const frmDatumFile& form) {

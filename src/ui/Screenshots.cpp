@@ -16,6 +16,7 @@
 #include "core/demo/DemoSession.h"
 #include "core/outing/ChannelDescriptors.h"
 #include "ui/GraphWindow.h"
+#include "ui/HistoWindow.h"
 #include "ui/TreeWindow.h"
 #include "ui/frmMDIForm.h"
 
@@ -78,6 +79,16 @@ int RunScreenshots(const QString& home, const QString& dir) {
     shot(&window, QStringLiteral("frmMDIForm"));
     shot(window.TreeView(), QStringLiteral("frmChlTree"));
     if (GraphWindow* g = window.OpenGraphWindow(false)) shot(g, QStringLiteral("frmGraph"));
+    // Each further plot window over the whole area, one at a time.
+    for (PlotWindow kind : {PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo}) {
+      PlotWindowBase* p = kind == PlotWindow::Distance ? window.OpenDistanceWindow() : window.OpenPlotWindow(kind);
+      if (auto* frame = qobject_cast<QMdiSubWindow*>(p->parentWidget())) frame->showMaximized();
+      QApplication::processEvents();
+      p->Redraw();
+      shot(p, QString::fromLatin1(PlotWindowBase::ClassName(kind)));
+      if (auto* h = dynamic_cast<HistoWindow*>(p)) ShootModal(shot, QStringLiteral("frmHistoScale"), [h] { h->EditScale(); });
+      if (auto* frame = qobject_cast<QMdiSubWindow*>(p->parentWidget())) frame->close();
+    }
 
     // The tree's dialogs, opened from their commands.
     const struct {

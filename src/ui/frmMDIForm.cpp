@@ -21,18 +21,24 @@
 #include "core/app/Workspace.h"
 #include "core/plots/PlotScale.h"
 #include "core/plots/PlotView.h"
+#include "core/plots/frmGraph.h"
 #include "core/plots/RefreshPlots.h"
 #include "core/track/DistanceTime.h"
 #include "core/track/TrackFile.h"
 #include "core/workspace/frmGroupLaps.h"
 #include "ui/GraphWindow.h"
+#include "ui/HistoWindow.h"
 #include "ui/TreeWindow.h"
+#include "ui/XYWindow.h"
 
 namespace {
 
 QString Plain(QString text) { return text.remove(QLatin1Char('&')).remove(QStringLiteral("...")); }
 
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
+
+// The plot windows the program has, in the order their buttons stand.
+constexpr PlotWindow kPlotKinds[] = {PlotWindow::Graph, PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo};
 
 QString SelectedTag(const frmChlTree& tree) {
   const int node = tree.SelectedNode();
@@ -208,6 +214,9 @@ void frmMDIForm::BuildMenus() {
 
   QMenu* plots = menuBar()->addMenu(QStringLiteral("&Plots"));
   AddAction(plots, QStringLiteral("&Time Plot"), [this] { OpenGraphWindow(); }, Qt::Key_F2);
+  AddAction(plots, QStringLiteral("&Distance Plot"), [this] { OpenDistanceWindow(); }, Qt::Key_F3);
+  AddAction(plots, QStringLiteral("&XY Plot"), [this] { OpenPlotWindow(PlotWindow::XYPlot); }, Qt::Key_F4);
+  AddAction(plots, QStringLiteral("&Histogram"), [this] { OpenPlotWindow(PlotWindow::Histo); }, Qt::Key_F5);
   plots->addSeparator();
   QAction* tile = AddAction(plots, QStringLiteral("Tile &Graphs"), [this] {
     FolderInView(ws_).Options.TileGraphs = !FolderInView(ws_).Options.TileGraphs;
@@ -238,7 +247,7 @@ void frmMDIForm::BuildMenus() {
   AddAction(zoom, QStringLiteral("Go to &End"), view(&GotoEnd));
   for (const bool maximum : {false, true}) {
     AddAction(zoom, maximum ? QStringLiteral("Go to Ma&ximum") : QStringLiteral("Go to Mi&nimum"), [this, maximum] {
-      if (GraphWindow* g = GraphOf(ws_.CurFolder)) g->Event([&] { g->Graph().ManualMinMaxMove(maximum); });
+      if (GraphWindow* g = ActiveLinePlot()) g->Event([&] { g->Graph().ManualMinMaxMove(maximum); });
     });
   }
   zoom->addSeparator();
@@ -298,11 +307,20 @@ void frmMDIForm::BuildToolBar() {
   for (std::size_t i = 0; i < kPlotButtonToolTips.size(); ++i) {
     QAction* a = bar->addAction(QString::fromLatin1(kShort[i]));
     a->setToolTip(QString::fromLatin1(kPlotButtonToolTips[i]));
-    // Only the time graph is built so far; the others stay greyed rather than do nothing.
-    if (i == 0) {
-      connect(a, &QAction::triggered, this, [this] { OpenGraphWindow(); });
-    } else {
-      a->setEnabled(false);
+    // The buttons of windows not built yet stay greyed rather than do nothing.
+    static const std::pair<std::size_t, PlotWindow> kBuilt[] = {
+        {0, PlotWindow::Graph}, {1, PlotWindow::Distance}, {3, PlotWindow::XYPlot}, {4, PlotWindow::Histo}};
+    a->setEnabled(false);
+    for (const auto& [button, kind] : kBuilt) {
+      if (button != i) continue;
+      a->setEnabled(true);
+      connect(a, &QAction::triggered, this, [this, kind = kind] {
+        if (kind == PlotWindow::Distance) {
+          OpenDistanceWindow();
+        } else {
+          OpenPlotWindow(kind);
+        }
+      });
     }
     actions_[QStringLiteral("Button ") + QString::fromLatin1(kPlotButtonToolTips[i])] = a;
   }
@@ -364,16 +382,22 @@ void frmMDIForm::ShowCurrentTab() {
   }
   switching_tabs_ = false;
   for (QMdiSubWindow* w : mdi_->subWindowList()) {
-    if (auto* g = dynamic_cast<GraphWindow*>(w->widget())) w->setVisible(g->Folder() == ws_.CurFolder);
+    if (auto* p = dynamic_cast<PlotWindowBase*>(w->widget())) w->setVisible(p->Folder() == ws_.CurFolder);
   }
 }
 
-GraphWindow* frmMDIForm::GraphOf(int folder) const {
+PlotWindowBase* frmMDIForm::WindowOf(int folder, PlotWindow kind) const {
   for (QMdiSubWindow* w : mdi_->subWindowList()) {
-    auto* g = dynamic_cast<GraphWindow*>(w->widget());
-    if (g != nullptr && g->Folder() == folder) return g;
+    auto* p = dynamic_cast<PlotWindowBase*>(w->widget());
+    if (p != nullptr && p->Folder() == folder && p->Kind() == kind) return p;
   }
   return nullptr;
+}
+
+GraphWindow* frmMDIForm::ActiveLinePlot() const {
+  const PlotWindow kind = ws_.Plots.ActivePlotType == 1 ? PlotWindow::Distance : PlotWindow::Graph;
+  auto* g = static_cast<GraphWindow*>(WindowOf(ws_.CurFolder, kind));
+  return g != nullptr ? g : static_cast<GraphWindow*>(WindowOf(ws_.CurFolder, PlotWindow::Graph));
 }
 
 QMdiSubWindow* frmMDIForm::SubWindowOf(QWidget* widget) const {
@@ -383,25 +407,48 @@ QMdiSubWindow* frmMDIForm::SubWindowOf(QWidget* widget) const {
   return nullptr;
 }
 
-GraphWindow* frmMDIForm::OpenGraphWindow(bool show) {
-  if (GraphWindow* g = GraphOf(ws_.CurFolder)) {
-    if (show) mdi_->setActiveSubWindow(SubWindowOf(g));
-    return g;
-  }
-  if (!show) return nullptr;
-  auto* g = new GraphWindow(ws_, ws_.CurFolder);
+PlotWindowBase* frmMDIForm::MakePlotWindow(PlotWindow kind) {
+  if (kind == PlotWindow::XYPlot) return new XYWindow(dialogs_, ws_.CurFolder);
+  if (kind == PlotWindow::Histo) return new HistoWindow(dialogs_, ws_.CurFolder);
+  auto* g = new GraphWindow(ws_, ws_.CurFolder, kind);
   g->ChannelDropped = [this](int slot, int channel) { DropChannel(slot, channel); };
   g->ContextMenu = [this](QPoint at, bool over_axis) { PlotMenu(at, over_axis); };
-  QMdiSubWindow* w = mdi_->addSubWindow(g);
-  w->setAttribute(Qt::WA_DeleteOnClose);
-  // Beside the tree, over the rest of the area.
-  w->move(tree_window_->width() + 10, 0);
-  w->resize(std::max(600, mdi_->width() - tree_window_->width() - 12), std::max(400, mdi_->height() - 4));
-  w->show();
-  ws_.Plots.ActivePlotType = 0;
-  AfterChange();  // its redraw draws the new window too
-  g->setFocus();
   return g;
+}
+
+PlotWindowBase* frmMDIForm::OpenPlotWindow(PlotWindow kind, bool show) {
+  if (PlotWindowBase* p = WindowOf(ws_.CurFolder, kind)) {
+    if (show) mdi_->setActiveSubWindow(SubWindowOf(p));
+    return p;
+  }
+  if (!show) return nullptr;
+  PlotWindowBase* p = MakePlotWindow(kind);
+  QMdiSubWindow* w = mdi_->addSubWindow(p);
+  w->setAttribute(Qt::WA_DeleteOnClose);
+  // Beside the tree, over the rest of the area; each further window a step down and right.
+  int open = 0;
+  for (PlotWindow k : kPlotKinds) open += k != kind && WindowOf(ws_.CurFolder, k) != nullptr;
+  w->move(tree_window_->width() + 10 + 30 * open, 30 * open);
+  w->resize(std::max(600, mdi_->width() - tree_window_->width() - 12 - 30 * open), std::max(400, mdi_->height() - 4 - 30 * open));
+  w->show();
+  AfterChange();  // its redraw draws the new window too
+  p->setFocus();
+  return p;
+}
+
+GraphWindow* frmMDIForm::OpenGraphWindow(bool show) {
+  if (show) ws_.Plots.ActivePlotType = 0;
+  return static_cast<GraphWindow*>(OpenPlotWindow(PlotWindow::Graph, show));
+}
+
+GraphWindow* frmMDIForm::OpenDistanceWindow(bool show) {
+  FolderRec& folder = FolderInView(ws_);
+  if (show && !(folder.DistanceEnd > folder.DistanceStart)) {
+    folder.DistanceStart = 0;
+    folder.DistanceEnd = GetMaxDistance(ws_);
+  }
+  if (show) ws_.Plots.ActivePlotType = 1;
+  return static_cast<GraphWindow*>(OpenPlotWindow(PlotWindow::Distance, show));
 }
 
 void frmMDIForm::DropChannel(int slot, int channel) {
@@ -426,12 +473,12 @@ void frmMDIForm::DropChannel(int slot, int channel) {
 
 void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
   QMenu menu;
-  const auto axis = [this](frmGraph::Key key) {
-    if (GraphWindow* g = GraphOf(ws_.CurFolder)) g->Event([&] { g->Graph().KeyDown(key, false, false, false); });
+  const auto axis = [this](LinePlot::Key key) {
+    if (GraphWindow* g = ActiveLinePlot()) g->Event([&] { g->Graph().KeyDown(key, false, false, false); });
   };
   if (over_axis) {
-    menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(frmGraph::Key::Down); });
-    menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(frmGraph::Key::Up); });
+    menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(LinePlot::Key::Down); });
+    menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(LinePlot::Key::Up); });
     menu.addSeparator();
     // Scales of further channels beside the plot: two in the left panel, one in the right.
     const char* places[] = {"Left Panel Scale...", "Second Left Panel Scale...", "Right Panel Scale..."};
@@ -515,7 +562,9 @@ void frmMDIForm::SetFolderTabCaption(int folder, const QString& caption) {
 }
 
 void frmMDIForm::RemoveFolderTab(int folder) {
-  if (GraphWindow* g = GraphOf(folder)) delete SubWindowOf(g);
+  for (PlotWindow kind : kPlotKinds) {
+    if (PlotWindowBase* p = WindowOf(folder, kind)) delete SubWindowOf(p);
+  }
   switching_tabs_ = true;
   for (int i = tabs_->count() - 1; i >= 0; --i) {
     if (tabs_->tabData(i).toInt() == folder) tabs_->removeTab(i);
@@ -527,7 +576,9 @@ void frmMDIForm::RemoveFolderTab(int folder) {
 void frmMDIForm::CloseOpenWindows() {
   // With no outing left in the folder its plots have nothing to show.
   if (AnyOutingLoaded(ws_, ws_.CurFolder)) return;
-  if (GraphWindow* g = GraphOf(ws_.CurFolder)) delete SubWindowOf(g);
+  for (PlotWindow kind : kPlotKinds) {
+    if (PlotWindowBase* p = WindowOf(ws_.CurFolder, kind)) delete SubWindowOf(p);
+  }
 }
 
 void frmMDIForm::PollNewData() {
@@ -582,10 +633,13 @@ void frmMDIForm::SaveLastState() {
   SaveGeometry(QStringLiteral("MDIForm"), this, true);
   SaveGeometry(QStringLiteral("Channels"), tree_window_, tree_window_->isVisible());
   for (int f = 0; f < kFolderCount; ++f) {
-    GraphWindow* g = GraphOf(f);
-    SaveGeometry(FolderSection("Graph", f), g != nullptr ? SubWindowOf(g) : nullptr, g != nullptr);
-    // The numeric panel's width beyond its sizing bar.
-    if (g != nullptr) ws_.Settings.WriteInt(kAppAnalysis, FolderSection("Graph", f), "vDivider", g->Splitter()->sizes().value(1));
+    for (PlotWindow kind : kPlotKinds) {
+      PlotWindowBase* p = WindowOf(f, kind);
+      const QString section = FolderSection(PlotWindowBase::SectionBase(kind), f);
+      SaveGeometry(section, p != nullptr ? SubWindowOf(p) : nullptr, p != nullptr);
+      // The numeric panel's width beyond its sizing bar.
+      if (auto* g = dynamic_cast<GraphWindow*>(p)) ws_.Settings.WriteInt(kAppAnalysis, section, "vDivider", g->Splitter()->sizes().value(1));
+    }
   }
   ws_.Settings.WriteInt(kAppAnalysis, QStringLiteral("MDIForm"), "Folder", ws_.CurFolder);
   ws_.Settings.Sync(kAppAnalysis);
@@ -602,13 +656,16 @@ void frmMDIForm::ReadLastState() {
   for (int f : folders) tabs_->setTabData(tabs_->addTab(ws_.FolderTable[static_cast<std::size_t>(f)].Name.trimmed()), f);
   switching_tabs_ = false;
   for (int f : folders) {
-    const QString section = FolderSection("Graph", f);
-    if (!ws_.Settings.ReadBool(kAppAnalysis, section, "Active", false)) continue;
-    ws_.CurFolder = static_cast<int16_t>(f);
-    GraphWindow* g = OpenGraphWindow();
-    RestoreGeometry(section, SubWindowOf(g));
-    const int numeric = ws_.Settings.ReadInt(kAppAnalysis, section, "vDivider", 0);
-    if (numeric > 0) g->Splitter()->setSizes({std::max(100, g->width() - numeric), numeric});
+    for (PlotWindow kind : kPlotKinds) {
+      const QString section = FolderSection(PlotWindowBase::SectionBase(kind), f);
+      if (!ws_.Settings.ReadBool(kAppAnalysis, section, "Active", false)) continue;
+      ws_.CurFolder = static_cast<int16_t>(f);
+      PlotWindowBase* p = kind == PlotWindow::Distance ? OpenDistanceWindow() : OpenPlotWindow(kind);
+      RestoreGeometry(section, SubWindowOf(p));
+      const int numeric = ws_.Settings.ReadInt(kAppAnalysis, section, "vDivider", 0);
+      auto* g = dynamic_cast<GraphWindow*>(p);
+      if (g != nullptr && numeric > 0) g->Splitter()->setSizes({std::max(100, g->width() - numeric), numeric});
+    }
   }
   const int current = ws_.Settings.ReadInt(kAppAnalysis, QStringLiteral("MDIForm"), "Folder", 0);
   int index = 0;

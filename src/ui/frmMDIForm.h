@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 
+#include "core/plots/RefreshPlots.h"
 #include "core/workspace/FolderTable.h"
 #include "core/workspace/frmChlTree.h"
 #include "ui/Dialogs.h"
@@ -18,6 +19,7 @@
 #include "ui/QtTreeHost.h"
 
 class GraphWindow;
+class PlotWindowBase;
 class QMdiArea;
 class QMdiSubWindow;
 class QTabBar;
@@ -40,8 +42,12 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   TreeWindow* TreeView() { return tree_view_; }
   QTabBar* Tabs() { return tabs_; }
   QMdiArea* Area() { return mdi_; }
-  // The time graph of the folder in view, opened when it isn't; `show` false: only the open one.
+  // The plot window of this kind of the folder in view, opened when it isn't; `show` false:
+  // only the open one.
+  PlotWindowBase* OpenPlotWindow(PlotWindow kind, bool show = true);
+  // The time graph, or the distance plot.
   GraphWindow* OpenGraphWindow(bool show = true);
+  GraphWindow* OpenDistanceWindow(bool show = true);
   // A channel of the outing on the axis for side-panel scale `place` (0, 1 left, 2 right).
   void ChooseAxisPanelChannel(int place);
   // One tick of Timer1 (also run by the timer every second).
@@ -85,7 +91,11 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   void RunDialog(void (*open)(DialogHost&));
   void SaveGeometry(const QString& section, QWidget* window, bool active);
   void RestoreGeometry(const QString& section, QWidget* window);
-  GraphWindow* GraphOf(int folder) const;
+  PlotWindowBase* WindowOf(int folder, PlotWindow kind) const;
+  // The line plot the view commands act on: the distance plot after a click in it, else the
+  // time graph.
+  GraphWindow* ActiveLinePlot() const;
+  PlotWindowBase* MakePlotWindow(PlotWindow kind);
   QMdiSubWindow* SubWindowOf(QWidget* w) const;
 
   Workspace& ws_;

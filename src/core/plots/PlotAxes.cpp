@@ -109,12 +109,13 @@ void DrawAxisPanel(Workspace& ws, Surface& panel, int side, int column, AxisKind
   DrawScale50(ws, panel, at, kind, panel.ScaleHeight(), slot, lap, channel);
 }
 
-void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel) {
+void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel, AxisKind kind) {
   const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
   const int count = ws.Plots.TileCount;
   if (count <= 0) return;
   const double w = s.ScaleWidth(), h = s.ScaleHeight();
-  const double step = (c.TimeMax - c.TimeMin) / 25;
+  const Range r = ChannelRange(c, kind);
+  const double step = (r.max - r.min) / 25;
   const double spacing = (h - 1050) / (count * 25.0);
   const double offset = GetTileOffset(ws, slot, lap, channel, h - 1050);
   const int color = GetChannelColor(ws, slot, lap, channel);
@@ -124,7 +125,7 @@ void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel) {
     s.Line(kPlotLeft, y, 675, y, color);
     if (i % 5 != 0) continue;
     s.Line(kPlotLeft, y, 600, y, color);
-    PrintScaleLabel(s, FormatAuto(i * step + c.TimeMin), y);
+    PrintScaleLabel(s, FormatAuto(i * step + r.min), y);
     if (ws.Options.HorizontalGrid && i > 0) DottedLine(s, kPlotLeft, y, w - RightMargin(ws));
   }
   // The name just inside the top of the band, and a line between this band and the next.

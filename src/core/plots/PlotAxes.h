@@ -31,5 +31,5 @@ inline constexpr int kPanelScales = 3;  // left column 0, left column 1, right
 void DrawAxisPanel(Workspace& ws, Surface& panel, int side, int column, AxisKind kind, int slot, int lap, int channel);
 
 // The 25-step scale of one band of an automatically tiled folder, the channel's name at the top
-// of the band and a line closing it.
-void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel);
+// of the band and a line closing it; on the scale of the time or of the distance axis.
+void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel, AxisKind kind = AxisKind::Time);

@@ -183,6 +183,21 @@ int GetChannelColor(const Workspace& ws, int slot, int lap, int channel) {
   return color;
 }
 
+void ForEachTrace(const Workspace& ws, const std::function<void(int, int, int)>& visit) {
+  const FolderRec& folder = Folder(ws);
+  for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
+    const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+    if (o.Loaded == 0 || o.OutingHidden != 0) continue;
+    for (int lap = 0; lap < static_cast<int>(o.Laps.size()); ++lap) {
+      const LapRec& l = o.Laps[static_cast<std::size_t>(lap)];
+      if (l.Shown == 0 || l.Hidden != 0) continue;
+      for (int c = 0; c < static_cast<int>(l.LapChannels.size()); ++c) {
+        if (l.LapChannels[static_cast<std::size_t>(c)].Shown != 0) visit(slot, lap, c);
+      }
+    }
+  }
+}
+
 int FindChannelByName(const Workspace& ws, int folder, int slot, const QString& name) {
   const QString wanted = name.trimmed().toUpper().left(16);
   const OutingRec& o = ws.FolderTable[static_cast<std::size_t>(folder)].Outings[static_cast<std::size_t>(slot)];

@@ -5,6 +5,7 @@
 // samples a trace draws.
 
 #include <QString>
+#include <functional>
 #include <cstdint>
 
 struct Workspace;
@@ -51,6 +52,10 @@ int64_t TraceStep(int64_t n);
 // background's colour.
 inline constexpr int kLapColorStep = 3;
 int GetChannelColor(const Workspace& ws, int slot, int lap, int channel);
+
+// Every trace of the folder in view in the order of drawing: the loaded, visible outings, their
+// shown laps that aren't hidden, and the channels shown in each.
+void ForEachTrace(const Workspace& ws, const std::function<void(int slot, int lap, int channel)>& visit);
 
 // The first channel of the outing whose short name, trimmed and upper-cased, equals the first 16
 // characters of `name` trimmed and upper-cased; -1 when none.

@@ -59,7 +59,9 @@ float DistanceToTime(Workspace& ws, int slot, int lap, float distance) {
   // lap's samples: a span taken from another lap may be shorter than this one.
   const auto past = std::upper_bound(s.begin(), s.end(), target,
                                      [](double t, float v) { return t < static_cast<double>(v); });
-  if (past == s.begin() || past == s.end()) return 0;
+  if (past == s.begin()) return 0;
+  // A distance the lap never reaches: its whole duration, where its trace stops.
+  if (past == s.end()) return GetLapDuration(ws, slot, lap);
   const int64_t i = (past - s.begin()) - 1;
   const double a = s[static_cast<std::size_t>(i)], b = *past;
   const double result = (static_cast<double>(i) + (b != a ? (target - a) / (b - a) : 0.0)) / rate;

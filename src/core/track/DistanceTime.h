@@ -12,5 +12,6 @@ float GetLapDuration(Workspace& ws, int slot, int lap);
 
 // Distance from the lap's start at `ms` after it; 0 without a distance channel.
 float TimeToDistance(Workspace& ws, int slot, int lap, float ms);
-// The ms from the lap's start at which the lap reaches `distance`; 0 without a distance channel.
+// The ms from the lap's start at which the lap reaches `distance`, at most the lap's duration
+// (a distance it never reaches); 0 without a distance channel.
 float DistanceToTime(Workspace& ws, int slot, int lap, float distance);

@@ -5,6 +5,7 @@
 #include <QString>
 #include <array>
 #include <functional>
+#include <vector>
 #include <cstdint>
 
 #include "core/app/Options.h"
@@ -48,6 +49,11 @@ struct FolderRec {
   std::array<int32_t, 11> TimeZoomStart{}, TimeZoomEnd{};
   int16_t DistanceZoomDepth = 0;
   std::array<float, 11> DistanceZoomStart{}, DistanceZoomEnd{};
+  // The histograms' highest share of a bin (0 to 1) in the last drawing, and the bins summed over
+  // every lap of the active channel with "HistoTotal".
+  float HistoPeak = 0;
+  std::vector<int32_t> HistoTotals;
+  int32_t HistoTotalCount = 0;
   // Further channels whose scales stand in the side panels of the time and distance plots, by
   // short name: left panel's two columns, then the right panel. Empty: none.
   std::array<QString, 3> AxisPanelChannels;

@@ -23,6 +23,13 @@ struct ChannelStats {
   int16_t Valid = 0;
 };
 
+// One bar of a histogram: the values from Low up to below High, and how many samples fell there.
+struct HistoBin {
+  float Low = 0;
+  float High = 0;
+  int32_t Count = 0;
+};
+
 // The cache of one channel in one lap.
 struct LapChannelRec {
   std::vector<float> Samples;  // engineering values, index 0 at the lap's start
@@ -33,6 +40,8 @@ struct LapChannelRec {
   int16_t Shown = 0;           // -1: the channel is chosen for this lap
   int16_t EventRow = 0;        // stacking row of its event bars
   int16_t TileIndex = 0;       // band of a tiled folder, 0 at the top
+  std::vector<HistoBin> Bins;  // the histogram of the time view, 0..HistoBins
+  int32_t BinSamples = 0;      // the samples the histogram took
 };
 
 struct LapRec {
@@ -157,4 +166,7 @@ struct OutingRec {
   uint16_t UnitsMask = 1;  // bit 0: distance in metres
   int16_t OutingHidden = 0;
   float BeaconShift = 0;
+  // User Distances (frmUserSplits) for the qualifying table: from the lap's start, ascending,
+  // the last one the lap's end. Empty when none were given.
+  std::vector<float> UserSplits;
 };

@@ -1,0 +1,251 @@
+// The math and constants editors driven as a person would, on the demo session: a formula typed
+// with the function list, the channel list and the keys, saved, compiled into the loaded outing
+// and drawn; a refused formula and a dropped edit that leave the files alone; a constant changed
+// and saved into the formulas, and values copied to the global table that wait for a save.
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+#include <QtTest/QTest>
+#include <cmath>
+#include <map>
+
+#include "core/app/Files.h"
+#include "core/app/Paths.h"
+#include "core/demo/DemoInstall.h"
+#include "core/demo/DemoSession.h"
+#include "core/outing/ChannelData.h"
+#include "core/plots/PlotScale.h"
+#include "ui/GraphWindow.h"
+#include "UiSession.h"
+
+// Failures show texts as texts.
+static void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+
+namespace {
+
+using ui_test::Session;
+using ui_test::WhenModal;
+
+// The demo home, made once; each test starts from the files the editors may rewrite as they
+// were made.
+class DemoHome {
+ public:
+  DemoHome() {
+    RecordingMessages messages;
+    DemoResult made;
+    QString error;
+    EXPECT_TRUE(CreateDemoInstallation(dir_.path(), messages, made, &error, 2)) << error.toStdString();
+    EXPECT_TRUE(WriteDemoSession(dir_.path(), messages));
+    for (const QString& f : Files()) ReadFileBytes(f, 0, 1 << 24, pristine_[f]);
+  }
+  QString Path() {
+    for (const auto& [file, bytes] : pristine_) WriteFileAtomically(file, bytes);
+    return dir_.path();
+  }
+  QStringList Files() const {
+    const PathSettings paths = DefaultPaths(dir_.path());
+    return {MathFile(), JoinPath(paths.MathDirectory, "CONSTANT.DEF"), JoinPath(paths.SetupDirectory, "CHANNEL.DSC")};
+  }
+  QString MathFile() const { return JoinPath(DefaultPaths(dir_.path()).MathDirectory, "MATHCHL.DEF"); }
+  QByteArray Bytes(const QString& file) const {
+    QByteArray bytes;
+    ReadFileBytes(file, 0, 1 << 24, bytes);
+    return bytes;
+  }
+
+ private:
+  QTemporaryDir dir_;
+  std::map<QString, QByteArray> pristine_;
+};
+
+DemoHome& Home() {
+  static DemoHome home;
+  return home;
+}
+
+template <class T>
+T* Child(QWidget* w, const char* name) {
+  T* child = w->findChild<T*>(QLatin1String(name));
+  EXPECT_NE(child, nullptr) << name;
+  return child;
+}
+
+void DoubleClick(QListWidget* list, const QString& text) {
+  const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
+  ASSERT_FALSE(found.isEmpty()) << text.toStdString();
+  list->scrollToItem(found[0]);
+  const QPoint at = list->visualItemRect(found[0]).center();
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+  QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
+}
+
+TEST(MathDialogs, AFormulaTypedInTheEditorIsCompiledFetchedAndDrawn) {
+  Session s(Home().Path());
+  const int lat = FindChannelByName(*s.ws, 0, 0, "LATERAL G");
+  ASSERT_GE(lat, 0);
+  QString id, name, typed;
+  WhenModal([&](QWidget* editor) {
+    WhenModal([](QWidget* form) {
+      Child<QLineEdit>(form, "txtName")->setText("Abs Lat G");
+      Child<QPushButton>(form, "cmdOK")->click();
+    });
+    Child<QAction>(editor, "mnuDefineNew")->trigger();
+    id = Child<QLabel>(editor, "lblID")->text();
+    name = Child<QLabel>(editor, "lblName")->text();
+    // A function at the caret, a channel from the list between its brackets, then the keys.
+    auto* txt = Child<QLineEdit>(editor, "txtMath");
+    DoubleClick(Child<QListWidget>(editor, "lstFunction"), "ABS");
+    WhenModal([](QWidget* list) {
+      DoubleClick(Child<QListWidget>(list, "lstChannel"), "LATERAL G");
+    });
+    Child<QPushButton>(editor, "cmdChannel")->click();
+    QTest::keyClick(txt, Qt::Key_End);
+    QTest::keyClicks(txt, "*9.81");
+    typed = txt->text();
+    Child<QAction>(editor, "mnuValidate")->trigger();
+    Child<QPushButton>(editor, "cmdOK")->click();
+  });
+  s.action("Math Channels")->trigger();
+
+  EXPECT_EQ(id, "ID : 005");
+  EXPECT_EQ(name, "Name : Abs_Lat_G");
+  EXPECT_EQ(typed, "ABS   (LATERAL G)*9.81");
+  EXPECT_TRUE(s.messages.entries.empty()) << s.messages.entries[0].text.toStdString();
+  ASSERT_EQ(s.ws->MathCount, 5);
+  EXPECT_EQ(s.ws->MathDefs[4].Line, "Abs_Lat_G[005] = ABS (LATERAL G) * 9.81");
+  EXPECT_TRUE(Home().Bytes(Home().MathFile()).endsWith("Abs_Lat_G[005] = ABS (LATERAL G) * 9.81\r\n"));
+
+  // Compiled into the loaded outing, and its samples are the formula's.
+  OutingRec& o = s.folder().Outings[0];
+  const int math = o.LoggedCount + 3 + 4;
+  ASSERT_LT(math, static_cast<int>(o.Channels.size()));
+  EXPECT_EQ(o.Channels[static_cast<std::size_t>(math)].Key, 1031);
+  EXPECT_EQ(o.Channels[static_cast<std::size_t>(math)].Rate, o.Channels[static_cast<std::size_t>(lat)].Rate);
+  const int lap = o.CurLap;
+  GetChannelData(*s.ws, 0, lap, lat);
+  GetChannelData(*s.ws, 0, lap, math);
+  const LapRec& l = o.Laps[static_cast<std::size_t>(lap)];
+  const std::vector<float>& g = l.LapChannels[static_cast<std::size_t>(lat)].Samples;
+  const std::vector<float>& v = l.LapChannels[static_cast<std::size_t>(math)].Samples;
+  ASSERT_GT(v.size(), 1000u);
+  for (std::size_t j = 0; j + 1 < std::min(v.size(), g.size()); j += 97) EXPECT_FLOAT_EQ(v[j], std::fabs(g[j]) * 9.81f) << j;
+
+  // On the lap it is drawn under its name.
+  s.host->channels = {math};
+  s.action("Add Channel(s)")->trigger();
+  GraphWindow* graph = s.window->OpenGraphWindow(false);
+  ASSERT_NE(graph, nullptr);
+  EXPECT_TRUE(graph->Captions()->text().contains("ABS_LAT_G")) << graph->Captions()->text().toStdString();
+}
+
+TEST(MathDialogs, ARefusedFormulaStaysAndClosingWithoutSavingKeepsTheFiles) {
+  Session s(Home().Path());
+  const QByteArray file = Home().Bytes(Home().MathFile());
+  const QString line = s.ws->MathDefs[0].Line;
+  bool stayed = false, alert = false, accepted = false;
+  WhenModal([&](QWidget* editor) {
+    auto* txt = Child<QLineEdit>(editor, "txtMath");
+    txt->setText("THROTTLE + Q");
+    Child<QPushButton>(editor, "cmdOK")->click();  // refused: the window stays, with the alert
+    stayed = editor->isVisible();
+    alert = Child<QWidget>(editor, "fraWarning")->isVisible();
+    Child<QPushButton>(editor, "cmdAccept")->click();  // passes now, with no second warning
+    accepted = !Child<QWidget>(editor, "fraWarning")->isVisible();
+    Child<QAction>(editor, "mnuDelete")->trigger();
+    Child<QPushButton>(editor, "cmdClose")->click();  // "Save Math Changes ?" - no
+  });
+  s.messages.answers = {false};
+  s.action("Math Channels")->trigger();
+
+  EXPECT_TRUE(stayed);
+  EXPECT_TRUE(alert);
+  EXPECT_TRUE(accepted);
+  ASSERT_EQ(s.messages.entries.size(), 2u);
+  EXPECT_EQ(s.messages.entries[0].text, "WARNING : Undefined channel or constant in math string !");
+  EXPECT_EQ(s.messages.entries[0].title, "Validate Math");
+  EXPECT_EQ(s.messages.entries[1].text, "Save Math Changes ?");
+  EXPECT_EQ(s.messages.entries[1].title, "Save Math");
+  EXPECT_EQ(Home().Bytes(Home().MathFile()), file);
+  EXPECT_EQ(s.ws->MathCount, 4);
+  EXPECT_EQ(s.ws->MathDefs[0].Line, line);
+}
+
+// The constant row of that name in the list.
+QTreeWidgetItem* Row(QTreeWidget* list, const QString& name) {
+  const QList<QTreeWidgetItem*> found = list->findItems(name, Qt::MatchExactly, 0);
+  EXPECT_EQ(found.size(), 1) << name.toStdString();
+  return found.isEmpty() ? nullptr : found[0];
+}
+
+// Types a value into the Value/Link column as a person edits it in place.
+void TypeValue(QTreeWidget* list, const QString& name, const QString& value) {
+  QTreeWidgetItem* item = Row(list, name);
+  ASSERT_NE(item, nullptr);
+  list->setCurrentItem(item);
+  list->editItem(item, 1);
+  auto* editor = list->viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  editor->selectAll();
+  QTest::keyClicks(editor, value);
+  QTest::keyClick(editor, Qt::Key_Return);
+  QApplication::processEvents();  // the view commits an edit from its event loop
+}
+
+TEST(MathDialogs, ASavedGlobalConstantReachesTheFormula) {
+  Session s(Home().Path());
+  const int fuel_mass = 2;  // "FUEL USED * Fuel Density"
+  ASSERT_TRUE(s.ws->MathDefs[fuel_mass].BoundText.contains("0.745000"));
+  QString shown;
+  WhenModal([&](QWidget* dialog) {
+    auto* list = Child<QTreeWidget>(dialog, "lvwConst");
+    TypeValue(list, "Fuel Density", "0.752");
+    shown = Row(list, "Fuel Density")->text(1);
+    Child<QPushButton>(dialog, "cmdOK")->click();
+  });
+  s.action("Constants")->trigger();
+
+  EXPECT_EQ(shown, "0.752");
+  EXPECT_TRUE(s.messages.entries.empty());
+  EXPECT_TRUE(Home().Bytes(Home().Files()[1]).contains("\r\nFuel Density = 0.752\r\n"));
+  EXPECT_TRUE(s.ws->MathDefs[fuel_mass].BoundText.contains("0.752000")) << s.ws->MathDefs[fuel_mass].BoundText.toStdString();
+  const PostfixRec& compiled = s.folder().Outings[0].Postfix.at(fuel_mass);
+  EXPECT_TRUE(std::any_of(compiled.Tokens.begin(), compiled.Tokens.begin() + compiled.Count,
+                          [](const PostfixEntry& t) { return t.Text == "0.752000"; }));
+}
+
+TEST(MathDialogs, CopyToGlobalStoresNothingUntilSaved) {
+  Session s(Home().Path());
+  const QByteArray constants = Home().Bytes(Home().Files()[1]);
+  QString table;
+  bool copy_offered_globally = true;
+  WhenModal([&](QWidget* dialog) {
+    copy_offered_globally = Child<QAction>(dialog, "mnuCopyToGlobal")->isEnabled();
+    Child<QRadioButton>(dialog, "optOuting")->click();
+    table = Child<QLabel>(dialog, "lblTable")->text();
+    TypeValue(Child<QTreeWidget>(dialog, "lvwConst"), "Brake Bias", "59");
+    Child<QAction>(dialog, "mnuCopyToGlobal")->trigger();  // yes
+    Child<QPushButton>(dialog, "cmdClose")->click();      // "Save Constant Changes ?" - no
+  });
+  s.messages.answers = {true, false};
+  s.action("Constants")->trigger();
+
+  EXPECT_FALSE(copy_offered_globally);
+  const OutingRec& o = s.folder().Outings[0];
+  EXPECT_EQ(table, "Outing : SILV0101.DAT - " + o.DateText);
+  ASSERT_EQ(s.messages.entries.size(), 2u);
+  EXPECT_EQ(s.messages.entries[0].text, "Copy Outing Constants to Global ?");
+  EXPECT_EQ(s.messages.entries[1].text, "Save Constant Changes ?");
+  EXPECT_EQ(s.ws->GlobalConstants[0].Value, "57.5");
+  EXPECT_EQ(o.OutingConstants[0].Value, "57.5");
+  EXPECT_EQ(Home().Bytes(Home().Files()[1]), constants);
+}
+
+}  // namespace

@@ -1,0 +1,232 @@
+// The track commands driven as a person would on the demo session: a map made from the lap and
+// saved, loaded again, its data and splits edited, and the user distances of a lap.
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+#include "UiSession.h"
+#include "core/app/Files.h"
+#include "core/demo/DemoInstall.h"
+#include "core/demo/DemoSession.h"
+#include "core/track/Laps.h"
+#include "core/track/TrackCreate.h"
+#include "core/track/TrackFile.h"
+#include "core/track/frmTrackNew.h"
+#include "render/QtSurface.h"
+#include "ui/TrackPicture.h"
+
+namespace {
+
+using ui_test::Session;
+using ui_test::WhenModal;
+
+const QString& Home() {
+  static QTemporaryDir* home = [] {
+    auto* dir = new QTemporaryDir;
+    RecordingMessages messages;
+    DemoResult made;
+    QString error;
+    EXPECT_TRUE(CreateDemoInstallation(dir->path(), messages, made, &error, 3)) << error.toStdString();
+    EXPECT_TRUE(WriteDemoSession(dir->path(), messages));
+    return dir;
+  }();
+  static const QString path = home->path();
+  return path;
+}
+
+template <class T>
+T* Find(QWidget* w, const char* name) {
+  T* found = w->findChild<T*>(QString::fromLatin1(name));
+  EXPECT_NE(found, nullptr) << name;
+  return found;
+}
+
+int Pixels(const QImage& image, int bgr) {
+  int n = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) n += image.pixelColor(x, y) == QtSurface::ToQColor(bgr);
+  }
+  return n;
+}
+
+// A map of the current lap written by the program itself, the folder without a map after it.
+QString MapOfCurrentLap(Session& s, const QString& name) {
+  frmTrackNew made(*s.ws, s.ws->CurOuting);
+  EXPECT_TRUE(made.cmdSave(name, QString()));
+  LoadFolderTrack(*s.ws);  // as the window does after a save
+  s.folder().TrackFile.clear();
+  LoadFolderTrack(*s.ws);
+  return TrackPathFor(*s.ws, name);
+}
+
+TEST(TrackDialogs, ANewMapIsMadeFromTheLapSteppedAndSavedAndTheFolderLoadsIt) {
+  Session s(Home());
+  const OutingRec& o = s.folder().Outings[static_cast<std::size_t>(s.ws->CurOuting)];
+  const int lap = o.CurLap;
+  const auto title = [&](int l) { return QStringLiteral("Create Track : Lap (%1)").arg(LapNumberText(o, l)); };
+  WhenModal([&](QWidget* d) {
+    EXPECT_EQ(d->windowTitle(), title(lap));
+    Find<QAction>(d, "mnuNextLap")->trigger();
+    EXPECT_EQ(d->windowTitle(), title(lap + 1));
+    Find<QAction>(d, "mnuPreviousLap")->trigger();
+    EXPECT_EQ(d->windowTitle(), title(lap));
+    Find<QCheckBox>(d, "chkInvertCalibration")->click();  // the demo logs left turns as positive
+    const QImage& map = static_cast<TrackPicture*>(Find<QWidget>(d, "picTrack"))->Image;
+    EXPECT_GT(Pixels(map, s.ws->Options.ColorOfTurns), 100);
+    EXPECT_GT(Pixels(map, s.ws->Options.ColorOfStraights), 100);
+    WhenModal([&](QWidget* data) {
+      EXPECT_EQ(data->windowTitle(), "Track Data");
+      Find<QLineEdit>(data, "txtTrackName")->setText("Club Circuit");
+      Find<QLineEdit>(data, "txtComment")->setText("from the fast lap");
+      Find<QPushButton>(data, "cmdOK")->click();
+    });
+    Find<QPushButton>(d, "cmdSave")->click();
+    EXPECT_EQ(Find<QPushButton>(d, "cmdCancel")->text(), "&Close");
+    Find<QPushButton>(d, "cmdCancel")->click();
+  });
+  s.action("New Map")->trigger();
+
+  const QString path = JoinPath(s.ws->Paths.TrackDirectory, "Club Circuit.MAP");
+  EXPECT_TRUE(FileExists(path));
+  EXPECT_EQ(s.folder().TrackFile, path);
+  ASSERT_TRUE(s.ws->TrackLoaded);
+  EXPECT_EQ(s.ws->Track.TrackName, "Club Circuit");
+  EXPECT_EQ(s.ws->Track.TrackComment, "from the fast lap");
+  EXPECT_TRUE(ReadTrackSettings(*s.ws).InvertCalibration);  // the window's settings are kept
+  // The lap it was made from, and the laps near its length, are stretched to the map.
+  int stretched = 0;
+  for (int l = 1; l + 1 < o.LastLap; ++l) {
+    const LapRec& row = o.Laps[static_cast<std::size_t>(l)];
+    const float d = o.Laps[static_cast<std::size_t>(l) + 1].StartDistance - row.StartDistance;
+    stretched += std::fabs(d * row.DistanceScale - s.ws->TrackLength) < 0.01f;
+  }
+  EXPECT_GE(stretched, 2);
+}
+
+TEST(TrackDialogs, ANewMapNotSavedLeavesTheFoldersMap) {
+  Session s(Home());
+  const QString path = MapOfCurrentLap(s, "KEEP");
+  ASSERT_TRUE(SelectTrackFile(*s.ws, path));
+  const float length = s.ws->TrackLength;
+  const int32_t points = s.ws->Track.PointCount;
+  int made_length = 0;
+  WhenModal([&](QWidget* d) {
+    Find<QAction>(d, "mnuNextLap")->trigger();  // another lap's map in memory
+    made_length = static_cast<int>(s.ws->TrackLength);
+    Find<QPushButton>(d, "cmdCancel")->click();
+  });
+  s.action("New Map")->trigger();
+  EXPECT_NE(made_length, static_cast<int>(length));  // the window held another map meanwhile
+  EXPECT_EQ(s.folder().TrackFile, path);
+  EXPECT_EQ(s.ws->TrackLength, length);
+  EXPECT_EQ(s.ws->Track.PointCount, points);
+  EXPECT_EQ(s.ws->Track.TrackName, "KEEP");
+}
+
+TEST(TrackDialogs, LoadTrackThenTrackDataRefusesAnEmptyNameAndWritesTheHeader) {
+  Session s(Home());
+  const QString path = MapOfCurrentLap(s, "LOADME");
+  ASSERT_FALSE(s.ws->TrackLoaded);
+  WhenModal([&](QWidget* d) {
+    auto* files = qobject_cast<QFileDialog*>(d);
+    ASSERT_NE(files, nullptr);
+    EXPECT_EQ(files->windowTitle(), "Load Track");
+    files->selectFile(path);
+    static_cast<QDialog*>(files)->accept();  // public on the base, the file dialog's own checks run
+  });
+  s.action("Load Track")->trigger();
+  ASSERT_TRUE(s.ws->TrackLoaded);
+  EXPECT_EQ(s.folder().TrackFile, path);
+  EXPECT_EQ(s.ws->Track.TrackName, "LOADME");
+
+  const std::size_t shown = s.messages.entries.size();
+  WhenModal([&](QWidget* d) {
+    Find<QLineEdit>(d, "txtTrackName")->setText("  ");
+    Find<QPushButton>(d, "cmdOK")->click();
+    ASSERT_EQ(s.messages.entries.size(), shown + 1);
+    EXPECT_EQ(s.messages.entries.back().text, "Please enter a valid track name");
+    EXPECT_EQ(s.messages.entries.back().title, "Track Data");
+    EXPECT_TRUE(d->isVisible());
+    Find<QLineEdit>(d, "txtTrackName")->setText("Renamed");
+    Find<QSpinBox>(d, "txtCorrection")->setValue(5);
+    Find<QPushButton>(d, "cmdOK")->click();
+  });
+  s.action("Track Data")->trigger();
+  EXPECT_EQ(s.folder().TrackCorrection, 5);
+  ASSERT_TRUE(LoadTrackFile(*s.ws, path));
+  EXPECT_EQ(s.ws->Track.TrackName, "Renamed");
+}
+
+TEST(TrackDialogs, SplitsAreAddedOnTheMapSavedIntoTheFileOrPutBackOnCancel) {
+  Session s(Home());
+  const QString path = MapOfCurrentLap(s, "SPLITS");
+  s.action("Edit Splits")->trigger();
+  ASSERT_FALSE(s.messages.entries.empty());
+  EXPECT_EQ(s.messages.entries.back().text, "No Current Track Selected");
+  EXPECT_EQ(s.messages.entries.back().title, "Edit Splits");
+
+  ASSERT_TRUE(SelectTrackFile(*s.ws, path));
+  const std::vector<int32_t> before = s.ws->Track.SplitPoints;
+  // A click on the map a third of the way round, its distance taken as offered.
+  const auto click_map = [&](QWidget* d, std::size_t share) {
+    auto* picture = static_cast<TrackPicture*>(Find<QWidget>(d, "picTrack"));
+    const QPoint at = picture->PixelOf(static_cast<int>(s.ws->Track.TrackPoints.size() / share));
+    const int point = picture->PointAt(at);
+    WhenModal([](QWidget* entry) { qobject_cast<QInputDialog*>(entry)->accept(); });
+    QTest::mouseClick(picture, Qt::LeftButton, {}, at);
+    return s.ws->Track.TrackPoints[static_cast<std::size_t>(point)].Distance;
+  };
+  int32_t added = 0;
+  WhenModal([&](QWidget* d) {
+    added = click_map(d, 3);
+    Find<QPushButton>(d, "cmdSave")->click();
+  });
+  s.action("Edit Splits")->trigger();
+  ASSERT_TRUE(LoadTrackFile(*s.ws, path));
+  EXPECT_EQ(s.ws->Track.SplitPoints.size(), before.size() + 1);
+  EXPECT_NE(std::find(s.ws->Track.SplitPoints.begin(), s.ws->Track.SplitPoints.end(), added), s.ws->Track.SplitPoints.end());
+
+  const std::vector<int32_t> saved = s.ws->Track.SplitPoints;
+  WhenModal([&](QWidget* d) {
+    click_map(d, 2);
+    s.messages.answers.push_back(true);
+    Find<QPushButton>(d, "cmdClear")->click();
+    EXPECT_EQ(s.ws->Track.SplitCount, 1);
+    Find<QPushButton>(d, "cmdCancel")->click();
+  });
+  s.action("Edit Splits")->trigger();
+  EXPECT_EQ(s.ws->Track.SplitPoints, saved);
+  ASSERT_TRUE(LoadTrackFile(*s.ws, path));
+  EXPECT_EQ(s.ws->Track.SplitPoints, saved);
+}
+
+TEST(TrackDialogs, UserDistancesRefuseAZeroD1AndEndOnTheLapsEnd) {
+  Session s(Home());
+  OutingRec& o = s.folder().Outings[static_cast<std::size_t>(s.ws->CurOuting)];
+  const LapRec& row = o.Laps[static_cast<std::size_t>(o.CurLap)];
+  const float lap = (o.Laps[static_cast<std::size_t>(o.CurLap) + 1].StartDistance - row.StartDistance) * row.DistanceScale;
+  WhenModal([&](QWidget* d) {
+    EXPECT_EQ(Find<QLabel>(d, "lblHead")->text(), QStringLiteral("Lap Distance :  %1  (mtrs)").arg(std::nearbyint(lap)));
+    Find<QLineEdit>(d, "txtD1")->setText("0");
+    Find<QPushButton>(d, "cmdOK")->click();
+    EXPECT_EQ(s.messages.entries.back().text, "D1 split distance cannot be a zero.");
+    EXPECT_TRUE(d->isVisible());
+    Find<QLineEdit>(d, "txtD1")->setText("1000.4");
+    Find<QLineEdit>(d, "txtD2")->setText("2000");
+    Find<QPushButton>(d, "cmdOK")->click();
+  });
+  s.action("User Distances")->trigger();
+  EXPECT_EQ(o.UserSplits, (std::vector<float>{1000, 2000, lap}));
+}
+
+}  // namespace
