@@ -30,7 +30,6 @@ void MakeOuting(Workspace& ws) {
   o.LoggedCount = kLogged;
   o.ChanDistance = 1;
   o.ChanSpeed = 2;
-  o.DataDurationMs = 4000;
   o.Channels.resize(kLogged + 3);
   const char* names[] = {"SPEED", "DISTANCE", "RPM", "GEAR_2"};
   const float rates[] = {0.1f, 0.01f, 1.0f, 0.0f};

@@ -64,7 +64,18 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     s.folder().SelOuting = 0;
     OutingRec& first = s.folder().Outings[0];
     const int lap = first.CurLap;
+    // A view narrowed to 10 ms stays through a command that compares the same laps; another
+    // lap resets it to the whole span, in time and in distance.
+    s.action("Event Markers")->trigger();  // the outing just picked is the reference now
+    s.folder().TimeStart = 1000;
+    s.folder().TimeEnd = 1010;
+    s.folder().DistanceEnd = 5;
+    s.action("Event Markers")->trigger();
+    EXPECT_EQ(s.folder().TimeEnd, 1010);
     s.action("Add Next Lap")->trigger();
+    EXPECT_EQ(s.folder().TimeStart, 0);
+    EXPECT_GT(s.folder().TimeEnd, 60000);
+    EXPECT_GT(s.folder().DistanceEnd, 1000);
     EXPECT_NE(first.Laps[static_cast<std::size_t>(lap + 1)].Shown, 0);
     const int speed = FindChannelByName(*s.ws, 0, 0, "SYSTEM SPEED"), throttle = FindChannelByName(*s.ws, 0, 0, "THROTTLE");
     ASSERT_GE(speed, 0);

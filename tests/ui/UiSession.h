@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <memory>
@@ -58,16 +61,22 @@ struct Session {
 
 // Acts on the next modal window that shows (a dialog a command opens) once it is up; `act` finds
 // its controls, changes them and accepts or rejects it. Call before the command that opens it.
+// A dialog that `act` leaves open (a failed assertion inside it) is rejected, so a test fails
+// instead of hanging; a slow machine gets a minute for the dialog to show.
 inline void WhenModal(std::function<void(QWidget*)> act) {
   QWidget* before = QApplication::activeModalWidget();
   auto* timer = new QTimer;
-  auto tries = std::make_shared<int>(0);
+  auto waited = std::make_shared<QElapsedTimer>();
+  waited->start();
   QObject::connect(timer, &QTimer::timeout, [=] {
     QWidget* modal = QApplication::activeModalWidget();
-    if ((modal == nullptr || modal == before) && ++*tries < 400) return;
+    if ((modal == nullptr || modal == before) && waited->elapsed() < 60000) return;
     timer->stop();
     timer->deleteLater();
-    if (modal != nullptr && modal != before) act(modal);
+    if (modal == nullptr || modal == before) return;
+    QPointer<QWidget> shown(modal);
+    act(modal);
+    if (auto* dialog = qobject_cast<QDialog*>(shown.data()); dialog && dialog->isVisible()) dialog->reject();
   });
   timer->start(10);
 }

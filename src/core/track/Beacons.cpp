@@ -186,9 +186,10 @@ void ShiftTime(Workspace& ws, int slot, double seconds) {
     LapRec& row = o.Laps[static_cast<std::size_t>(i)];
     row.StartTime = SaturateInt32(RoundHalfEven(row.StartTime + seconds * 1000));
   }
-  // New starts: the laps' samples and their start distances are those of the new times.
+  // New starts: the laps' samples, start distances, stretches and the fast lap follow the new times.
   ClearOutingCache(ws, slot);
   ComputeLapDistances(ws, slot);
+  FindFastLap(ws, slot);
 }
 
 bool ShiftDistance(Workspace& ws, int slot, double distance) {
@@ -214,7 +215,10 @@ bool ShiftDistance(Workspace& ws, int slot, double distance) {
     row.StartTime = times[static_cast<std::size_t>(i)];
     row.StartDistance = static_cast<float>(row.StartDistance + distance);
   }
+  // The first and the last shifted laps change length: their stretches and the fast lap follow.
   ClearOutingCache(ws, slot);
+  ComputeLapScales(ws, slot);
+  FindFastLap(ws, slot);
   o.BeaconShift = static_cast<float>(distance);
   return true;
 }

@@ -36,7 +36,7 @@ struct LapChannelRec {
   int16_t Loaded = 0;          // -1: Samples is valid
   ChannelStats TimeStats;
   ChannelStats DistanceStats;
-  int16_t Color = -1;          // palette index of this channel in this lap; -1: the outing's
+  int16_t Color = -1;          // palette index of this channel in this lap; -1: the channel's own
   int16_t Shown = 0;           // -1: the channel is chosen for this lap
   int16_t EventRow = 0;        // stacking row of its event bars
   int16_t TileIndex = 0;       // band of a tiled folder, 0 at the top
