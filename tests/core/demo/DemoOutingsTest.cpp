@@ -86,27 +86,6 @@ TEST_F(DemoOutings, BlocksLieInsideTheFileAndBeaconsInsideTheData) {
   }
 }
 
-// Each recording mode shows in the header the way a reader tells it apart.
-TEST_F(DemoOutings, RecordingModesAreMarkedInTheHeader) {
-  for (const Written& w : *outings_) {
-    SCOPED_TRACE(w.spec.FileName.toStdString());
-    const bool converted = w.spec.Mode == DemoMode::Converted;
-    EXPECT_EQ(w.header.LcuSerial == kConvertedSerial, converted);
-    EXPECT_EQ(w.header.Cyclic > 0, w.spec.Mode == DemoMode::Cyclic);
-    EXPECT_EQ(PageSize(w.header.SystemName), w.spec.SystemName.contains("ECU") ? 8192 : 16384);
-    std::vector<ConstantEntry> constants;
-    EXPECT_EQ(ReadConstantsBlock(w.path, ChannelBlockOffsets(w.header).back(), constants), w.spec.WithConstants);
-    EXPECT_EQ(constants.size(), w.spec.WithConstants ? DemoOutingConstants().size() : 0u);
-    if (converted) {
-      for (int i = 0; i < w.header.LoggedChannels; ++i) {
-        const auto type = SampleTypeFor(w.header.ChannelTable[static_cast<std::size_t>(i)].WordSize,
-                                        w.header.ChannelTable[static_cast<std::size_t>(i)].Key, w.header.LcuSerial);
-        EXPECT_TRUE(type == SampleType::F32 || type == SampleType::F64);
-      }
-    }
-  }
-}
-
 // A converted outing stores the simulated values themselves; a logger file stores words that
 // the header's calibration turns back into them.
 TEST_F(DemoOutings, StoredWordsHoldTheSimulatedValues) {
@@ -132,42 +111,6 @@ TEST_F(DemoOutings, StoredWordsHoldTheSimulatedValues) {
       }
     }
   }
-}
-
-TEST(DemoChannels, RawWordsReadBackThroughTheirCalibration) {
-  OutingHeader h;
-  SetDemoCalibrations(h);
-  auto find = [](int key) {
-    for (const DemoChannel& c : DemoChannelList()) if (c.Key == key) return c;
-    return DemoChannel{};
-  };
-  // Forward calibrations written out by hand from the header's coefficients.
-  struct Case {
-    int key;
-    double value;
-    double tolerance;
-  } cases[] = {{1, 1.87, 0.0005}, {3, 30.0, 0.03}, {4, 85.0, 0.02}, {5, -75.0, 0.14}, {7, 31.2, 0.02}, {11, 92.0, 2.5}};
-  for (const Case& k : cases) {
-    const InputCalibration& cal = h.InputCalibrations[static_cast<std::size_t>(k.key)];
-    const double x = std::nearbyint(RawFromEngineering(h, find(k.key), k.value));
-    double y = 0;
-    if (cal.CalType == 1 || cal.CalType == 8) y = x * cal.CalCoefB + cal.CalCoefC;
-    if (cal.CalType == 2) y = cal.CalCoefA * x * x + cal.CalCoefB * x + cal.CalCoefC;
-    if (cal.CalType == 0 || cal.CalType == 4) {
-      int j = 0;
-      while (j < cal.CalPoints && x > cal.CalX[static_cast<std::size_t>(j + 1)]) ++j;
-      y = cal.CalType == 4 ? cal.CalY[static_cast<std::size_t>(j)]
-                           : cal.CalY[static_cast<std::size_t>(j)] + (x - cal.CalX[static_cast<std::size_t>(j)]) *
-                                 (cal.CalY[static_cast<std::size_t>(j + 1)] - cal.CalY[static_cast<std::size_t>(j)]) /
-                                 (cal.CalX[static_cast<std::size_t>(j + 1)] - cal.CalX[static_cast<std::size_t>(j)]);
-    }
-    EXPECT_NEAR(y + cal.CalOffset, k.value, k.tolerance) << "key " << k.key;
-  }
-  // Fuel used is an unsigned word: past 32,767 counts it is stored as a negative 16-bit word.
-  const DemoChannel fuel = find(133);
-  const double word = RawFromEngineering(h, fuel, 20.0);
-  EXPECT_LT(word, 0);
-  EXPECT_NEAR((word + 65536) * fuel.Gain + fuel.Offset, 20.0, fuel.Gain);
 }
 
 TEST(DemoInstall, MakesWhatIsMissingAndKeepsWhatIsThere) {

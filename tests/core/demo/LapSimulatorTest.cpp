@@ -39,8 +39,6 @@ std::map<QString, Reference> ReadReferences() {
   return rows;
 }
 
-void WriteText(const QString& path, const QByteArray& text) { ASSERT_TRUE(WriteFileAtomically(path, text)); }
-
 TEST(Centreline, EveryMeasuredCircuitReadsWithItsPointCountAndLength) {
   const auto refs = ReadReferences();
   ASSERT_GE(refs.size(), 17u);
@@ -63,54 +61,6 @@ TEST(Centreline, EveryMeasuredCircuitReadsWithItsPointCountAndLength) {
   QFile::copy(kSharedTracks + "/Norisring.csv", dir.filePath("Norisring.csv"));
   ASSERT_TRUE(ReadDrivenLine(dir.path(), "Norisring", line));
   EXPECT_NEAR(line.Length, refs.at("Norisring").CentrelineM, 0.06);
-}
-
-// Ten corners of a 30 m x 20 m rectangle, 100 m round: the closing side counts.
-QByteArray Rectangle(const char* line_end = "\n", const char* extra = "", int points = 10) {
-  static const int kXy[10][2] = {{0, 0},   {10, 0},  {20, 0},  {30, 0}, {30, 10},
-                                 {30, 20}, {20, 20}, {10, 20}, {0, 20}, {0, 10}};
-  QByteArray text = QByteArray("# x_m,y_m") + line_end;
-  for (int p = 0; p < points; ++p) {
-    text += QByteArray::number(kXy[p][0]) + "," + QByteArray::number(kXy[p][1]) + extra + line_end;
-    if (p == 4) text += line_end;  // a blank line is skipped
-  }
-  return text;
-}
-
-TEST(Centreline, SmallFilesReadOrFailWithAMessage) {
-  struct Case {
-    const char* label;
-    QByteArray text;  // empty: no file at all
-    bool ok;
-    const char* message;
-  };
-  const Case cases[] = {
-      {"rectangle", Rectangle(), true, ""},
-      {"windows line ends, width columns", Rectangle("\r\n", ",5.5,6.25"), true, ""},
-      {"missing file", "", false, "Unable to open"},
-      {"bad number", Rectangle().replace("20,20", "20,2O"), false, "line 9: '2O' is not a number"},
-      {"one column", Rectangle().replace("30,10", "30"), false, "line 6"},
-      {"nine points", Rectangle("\n", "", 9), false, "9 points"},
-      {"only a header", "# x_m,y_m\n", false, "0 points"},
-      {"all points equal", "1,1\n1,1\n1,1\n1,1\n1,1\n1,1\n1,1\n1,1\n1,1\n1,1\n", false, "zero length"},
-  };
-  QTemporaryDir dir;
-  int n = 0;
-  for (const Case& c : cases) {
-    const QString path = dir.filePath(QStringLiteral("t%1.csv").arg(n++));
-    if (!c.text.isEmpty()) WriteText(path, c.text);
-    Centreline line;
-    QString error;
-    EXPECT_EQ(ReadCentreline(path, line, &error), c.ok) << c.label;
-    if (c.ok) {
-      EXPECT_EQ(line.X.size(), 10u) << c.label;
-      EXPECT_DOUBLE_EQ(line.Length, 100.0) << c.label;
-    } else {
-      EXPECT_TRUE(error.contains(QLatin1String(c.message))) << c.label << ": " << qPrintable(error);
-      EXPECT_TRUE(error.contains(path)) << c.label;
-      EXPECT_TRUE(line.X.empty()) << c.label;
-    }
-  }
 }
 
 // Each circuit is simulated once for all the tests that look at its outing.
@@ -247,55 +197,6 @@ TEST(LapSimulator, SignsFollowTheCorner) {
     EXPECT_GT(lifted, 0.9 * braking);
     EXPECT_GT(dive, 0.9 * braking);
   }
-}
-
-TEST(LapSimulator, GpsAndSlowChannelsArePlausible) {
-  for (const CircuitCase& c : kCircuits) {
-    SCOPED_TRACE(c.name);
-    const SimulatedOuting& o = Outing(c.name);
-    double lat0 = 0, lon0 = 0, alt0 = 0;
-    const bool known = CircuitReference(c.name, lat0, lon0, alt0);
-    EXPECT_EQ(known, QString(c.name) != "Norisring");
-    EXPECT_EQ(o.ReferenceLatDeg, lat0);
-    EXPECT_EQ(o.ReferenceLonDeg, lon0);
-    const double m_per_deg = 6371000.0 * kPi / 180;
-    double worst_gps = 0;
-    for (size_t i = 0; i < o.SpeedKmh.size(); i += 7) {
-      const double east = (o.GpsLonDeg[i] - lon0) * m_per_deg * std::cos(lat0 * kPi / 180);
-      const double north = (o.GpsLatDeg[i] - lat0) * m_per_deg;
-      worst_gps = std::max(worst_gps, std::hypot(east - o.XM[i], north - o.YM[i]));
-    }
-    EXPECT_LT(worst_gps, 2.5);
-    EXPECT_GT(o.GpsAltM.front(), alt0 - 50);
-    EXPECT_LT(o.GpsAltM.front(), alt0 + 50);
-    // Warming up over the outing, within a running engine's range.
-    const auto max_water = *std::max_element(o.WaterTempC.begin(), o.WaterTempC.end());
-    EXPECT_GT(max_water, o.WaterTempC.front() + 10);
-    EXPECT_LT(max_water, 105);
-    EXPECT_GT(o.OilTempC[o.BeaconTimesMs.back()], o.OilTempC[o.BeaconTimesMs.front()]);
-    const double fuel_per_lap =
-        (o.FuelUsedL[o.BeaconTimesMs.back()] - o.FuelUsedL[o.BeaconTimesMs.front()]) / kFlyingLaps;
-    EXPECT_GT(fuel_per_lap, 0.04 * o.LineLengthM / 100);  // 2 to 5 L per 5 km
-    EXPECT_LT(fuel_per_lap, 0.10 * o.LineLengthM / 100);
-  }
-}
-
-TEST(LapSimulator, SeedDecidesTheOuting) {
-  Centreline line;
-  ASSERT_TRUE(ReadDrivenLine(kShippedTracks, "Spielberg", line));
-  SimulationOptions options;
-  options.flying_laps = 1;
-  const SimulatedOuting a = SimulateOuting(line, CarModel{}, options);
-  const SimulatedOuting b = SimulateOuting(line, CarModel{}, options);
-  options.seed = 2;
-  const SimulatedOuting c = SimulateOuting(line, CarModel{}, options);
-  EXPECT_EQ(a.BeaconTimesMs, b.BeaconTimesMs);
-  EXPECT_TRUE(a.SpeedKmh == b.SpeedKmh);
-  EXPECT_TRUE(a.DamperMm[2] == b.DamperMm[2]);
-  EXPECT_TRUE(a.GpsLatDeg == b.GpsLatDeg);
-  EXPECT_TRUE(a.FuelUsedL == b.FuelUsedL);
-  EXPECT_NE(a.LapTimesMs, c.LapTimesMs);
-  EXPECT_FALSE(a.DamperMm[2] == c.DamperMm[2]);
 }
 
 TEST(LapSimulator, OutingShapeFollowsTheOptions) {
