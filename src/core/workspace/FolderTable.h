@@ -39,6 +39,9 @@ struct FolderRec {
   // frequency plot. 0 and 0 when the channel has no range of its own.
   float TimeScaleMin = 0, TimeScaleMax = 0;
   float FftScaleMin = 0, FftScaleMax = 0;
+  // The span of the spectra in ms from the lap's start, set from the time graph's cursor and
+  // measure mark; none (the time view) while the end isn't above the start.
+  int32_t FftStart = 0, FftEnd = 0;
   // The cursor and the channel of the current axis.
   int16_t ActiveChannel = 0;
   float CursorTime = 0;      // ms

@@ -42,6 +42,8 @@ struct LapChannelRec {
   int16_t TileIndex = 0;       // band of a tiled folder, 0 at the top
   std::vector<HistoBin> Bins;  // the histogram of the time view, 0..HistoBins
   int32_t BinSamples = 0;      // the samples the histogram took
+  std::vector<float> Spectrum; // magnitudes of bins 0..n/2-1 over the folder's spectrum span
+  int32_t SpectrumPoints = 0;  // n, the samples transformed
 };
 
 struct LapRec {
