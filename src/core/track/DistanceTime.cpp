@@ -51,19 +51,31 @@ float DistanceToTime(Workspace& ws, int slot, int lap, float distance) {
   if (o.ChanDistance < 0) return 0;
   GetChannelData(ws, slot, lap, o.ChanDistance);
   const auto& s = o.Laps[static_cast<std::size_t>(lap)].LapChannels[static_cast<std::size_t>(o.ChanDistance)].Samples;
-  if (s.size() < 2) return 0;
-  const double rate = o.Channels[static_cast<std::size_t>(o.ChanDistance)].Rate;
-  if (!(rate > 0)) return 0;
-  const double target = static_cast<double>(distance) + o.Laps[static_cast<std::size_t>(lap)].StartDistance;
-  // Distance never falls, so the first sample past the target is found by halving, over all the
-  // lap's samples: a span taken from another lap may be shorter than this one.
-  const auto past = std::upper_bound(s.begin(), s.end(), target,
-                                     [](double t, float v) { return t < static_cast<double>(v); });
-  if (past == s.begin()) return 0;
-  // A distance the lap never reaches: its whole duration, where its trace stops.
-  if (past == s.end()) return GetLapDuration(ws, slot, lap);
-  const int64_t i = (past - s.begin()) - 1;
-  const double a = s[static_cast<std::size_t>(i)], b = *past;
-  const double result = (static_cast<double>(i) + (b != a ? (target - a) / (b - a) : 0.0)) / rate;
-  return static_cast<float>(std::clamp(result, 0.0, static_cast<double>(GetLapDuration(ws, slot, lap))));
+  const float rate = o.Channels[static_cast<std::size_t>(o.ChanDistance)].Rate;
+  if (s.empty() || !(rate > 0)) return 0;
+  const float target = distance + o.Laps[static_cast<std::size_t>(lap)].StartDistance;
+  const float span = GetMaxTime(ws);
+  const int64_t upper = static_cast<int64_t>(s.size()) - 1;
+  auto index_at = [&](float t) { return std::clamp<int64_t>(Floor(t * rate), 0, upper); };
+  // Coarse: twenty strides over the Datum span's length to the first sample past the target.
+  // Searching forward, not by halving, keeps a distance that steps back from misleading it.
+  int64_t low = 0, high = index_at(span);
+  const float stride = span / 20;
+  for (int k = 1; k <= 20; ++k) {
+    const int64_t i = index_at(stride * static_cast<float>(k));
+    if (s[static_cast<std::size_t>(i)] > target) {
+      high = i;
+      break;
+    }
+    low = i;
+  }
+  const float duration = GetLapDuration(ws, slot, lap);
+  // Fine: the first sample whose successor passes the target. None: the lap never gets there.
+  for (int64_t i = low; i <= high && i < upper; ++i) {
+    const double a = s[static_cast<std::size_t>(i)], b = s[static_cast<std::size_t>(i + 1)];
+    if (!(b > target)) continue;
+    const double fraction = b != a ? (target - a) / (b - a) : 0.0;
+    return static_cast<float>(std::clamp((static_cast<double>(i) + fraction) / rate, 0.0, static_cast<double>(duration)));
+  }
+  return std::max(duration, 0.0f);
 }
