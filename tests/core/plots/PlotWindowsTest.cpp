@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "GraphFixture.h"
+#include "core/plots/PlotAxes.h"
 #include "core/plots/Regression.h"
 #include "core/plots/frmDistance.h"
 #include "core/plots/frmHisto.h"
@@ -193,7 +194,7 @@ TEST(frmXYPlot, PointsInTwips) {
 
 // y = 0.2 x over the points above: the 32-bit slope gives the intercept of the text; the line
 // runs across the x scale; a line by hand through two clicks the same. The x channel is drawn
-// against itself too; the measure mark stands at the cursor's time.
+// against itself too; the measure mark stands at the cursor's time; a side panel has a scale.
 TEST(frmXYPlot, FitsFromThe32BitSlope) {
   GraphFixture f;
   AddSpeed(f, 50);
@@ -205,7 +206,11 @@ TEST(frmXYPlot, FitsFromThe32BitSlope) {
   f.folder().DatumOuting = 0;
   f.folder().Options.XYConnected = f.folder().Options.XYLineFit = true;
   frmXYPlot plot(f.b.ws, f.surface);
+  RecordingSurface panel(kPanelColumn, 7050);
+  plot.SetAxisPanels(nullptr, &panel);
+  f.folder().AxisPanelChannels[2] = QStringLiteral("RAMP");
   plot.DrawXYPlots();
+  EXPECT_EQ(panel.Of(DrawOp::Kind::Print).size(), 10u);  // the ramp's scale beside the plot
   EXPECT_EQ(plot.Slope, 0.2f);
   EXPECT_EQ(plot.LineText, "Y = (0.2)X  + -1.490116E-07     Correlation Coeff = 1");
   const auto lines = f.surface.Of(DrawOp::Kind::Line);
