@@ -158,37 +158,27 @@ TEST(frmXYPlot, PointsPairTheChannelWithTheXChannelAtTheSameTime) {
 }
 
 // Speed 5 a ms on 135 twips a unit, the ramp 1 a ms on 600 twips a unit: each sample a mark of
-// two pixels each way, or a point of one polyline in pixels.
-TEST(frmXYPlot, PointsInTwips) {
+// two pixels each way (a polyline through the same points when connected, below).
+TEST(frmXYPlot, MarksInTwips) {
+  GraphFixture f;
+  AddSpeed(f, 50);
+  f.b.Outing().Channels[0].ScreenMax = 10;
+  f.folder().TimeEnd = 10;
+  frmXYPlot plot(f.b.ws, f.surface);
+  plot.FindXChannels();
+  plot.DrawOneXY(0, 0, 0);
+  const auto lines = f.surface.Of(DrawOp::Kind::Line);
+  ASSERT_EQ(lines.size(), 22u);
   const struct {
     std::size_t sample;
     double x, y;
   } points[] = {{0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
-  for (bool connected : {false, true}) {
-    GraphFixture f;
-    AddSpeed(f, 50);
-    f.b.Outing().Channels[0].ScreenMax = 10;
-    f.folder().TimeEnd = 10;
-    f.folder().Options.XYConnected = connected;
-    frmXYPlot plot(f.b.ws, f.surface);
-    plot.FindXChannels();
-    plot.DrawOneXY(0, 0, 0);
-    const auto lines = f.surface.Of(DrawOp::Kind::Line);
-    const auto polylines = f.surface.Of(DrawOp::Kind::Polyline);
-    ASSERT_EQ(lines.size(), connected ? 0u : 22u);
-    ASSERT_EQ(polylines.size(), connected ? 1u : 0u);
-    for (const auto& p : points) {
-      if (connected) {
-        EXPECT_EQ(polylines[0].points[p.sample].x, static_cast<int>(p.x) / 15) << p.sample;
-        EXPECT_EQ(polylines[0].points[p.sample].y, static_cast<int>(p.y) / 15) << p.sample;
-        continue;
-      }
-      const DrawOp& across = lines[2 * p.sample + 1];
-      EXPECT_NEAR(lines[2 * p.sample].x1, p.x, 1e-3) << p.sample;
-      EXPECT_EQ(lines[2 * p.sample].y1, p.y - 30);
-      EXPECT_NEAR(across.x1, p.x - 30, 1e-3);
-      EXPECT_EQ(across.y1, p.y);
-    }
+  for (const auto& p : points) {
+    const DrawOp &up = lines[2 * p.sample], &across = lines[2 * p.sample + 1];
+    EXPECT_NEAR(up.x1, p.x, 1e-3) << p.sample;
+    EXPECT_EQ(up.y1, p.y - 30);
+    EXPECT_NEAR(across.x1, p.x - 30, 1e-3);
+    EXPECT_EQ(across.y1, p.y);
   }
 }
 
@@ -217,7 +207,10 @@ TEST(frmXYPlot, FitsFromThe32BitSlope) {
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                           [](const DrawOp& l) { return l.x1 == 750 && l.y1 == 6400 && l.x2 == 14250 && l.y2 == 400; }),
             1);
-  EXPECT_EQ(f.surface.Of(DrawOp::Kind::Polyline).size(), 2u);
+  const auto traces = f.surface.Of(DrawOp::Kind::Polyline);
+  ASSERT_EQ(traces.size(), 2u);
+  EXPECT_EQ(traces[0].points[4].x, 3450 / 15);
+  EXPECT_EQ(traces[0].points[4].y, 4000 / 15);
   EXPECT_TRUE(f.surface.Of(DrawOp::Kind::Circle).empty());  // no measure mark without the measure
   EXPECT_EQ(plot.Labels[2].Value, "20.00 ");                // "X - Cursor": speed at 4 ms
 
@@ -324,23 +317,12 @@ TEST(frmHisto, BarsByTheVerticalScale) {
     EXPECT_EQ(bars[0].y2, 6400);
     EXPECT_DOUBLE_EQ(bars[0].y1, k.top0);
     EXPECT_DOUBLE_EQ(bars[2].y1, k.top2);
+    // A click on a bar moves the numeric cursor onto it: an exclusive-or line down its middle.
+    histo.MouseDown(1, 750 + 2.5 * 1395, 3000);
+    EXPECT_EQ(histo.CursorBin, 2);
+    EXPECT_EQ(f.surface.ops.back().x1, 750 + 2.5 * 1395);
+    EXPECT_EQ(f.surface.ops.back().mode, kDrawXor);
   }
-}
-
-// A click on a bar moves the numeric cursor onto it.
-TEST(frmHisto, AClickMovesTheNumericCursor) {
-  GraphFixture f;
-  f.b.Outing().Channels[0].ScreenMax = 10;
-  f.folder().Options.HistoBins = 10;
-  f.folder().TimeEnd = 1000;
-  std::fill(f.b.Outing().Laps[0].LapChannels[0].Samples.begin(), f.b.Outing().Laps[0].LapChannels[0].Samples.end(), 2.5f);
-  frmHisto histo(f.b.ws, f.surface);
-  histo.DrawHistograms();
-  histo.MouseDown(1, 750 + 2.5 * 1395, 3000);
-  EXPECT_EQ(histo.CursorBin, 2);
-  const DrawOp& mark = f.surface.ops.back();
-  EXPECT_EQ(mark.mode, kDrawXor);
-  EXPECT_EQ(mark.x1, 750 + 2.5 * 1395);
 }
 
 }  // namespace
