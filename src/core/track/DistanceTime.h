@@ -17,3 +17,6 @@ float TimeToDistance(Workspace& ws, int slot, int lap, float ms);
 // samples. At most the lap's duration (a distance it never reaches), at least 0; 0 without a
 // distance channel.
 float DistanceToTime(Workspace& ws, int slot, int lap, float distance);
+// The same time sought over all the lap's samples, whatever the axes' length: for moving a
+// beacon by distance, where the lap may be longer than the Datum span.
+float TimeAtDistance(Workspace& ws, int slot, int lap, float distance);
