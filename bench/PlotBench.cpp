@@ -85,7 +85,8 @@ void BM_CursorMove(benchmark::State& state) {
   FolderRec& f = ws.FolderTable[0];
   double old_x = graph.CursorX(), old_y = graph.CursorY;
   for (auto _ : state) {
-    f.CursorTime += 10;
+    // Within the view: past the lap's end there is no value and no statistics to compute.
+    f.CursorTime = f.CursorTime + 10 > f.TimeEnd ? static_cast<float>(f.TimeStart) : f.CursorTime + 10;
     graph.UpdateCursorValues();
     old_y = graph.DrawCursor(old_x, old_y);
     old_x = graph.CursorX();
