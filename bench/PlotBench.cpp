@@ -1,8 +1,9 @@
 // A full redraw of each plot window, 8 channels over 4 whole laps of the demo's Silverstone
 // outing, onto a 1600 x 900 picture, and a cursor move, which must not redraw the traces. With
 // --polylines FILE it writes the time graph's thinned traces in pixels, one line of "x y x y ..."
-// each, and with --scatter FILE the XY plot's points (speed against each channel, 4 laps) as
-// "x y" lines, for plot_matplotlib.py to draw the same with matplotlib's Agg backend.
+// each, and with --scatter FILE the XY plot's points (speed against each of the 8 channels, speed
+// itself included as the window draws it, 4 laps) as "x y" lines, for scatter_matplotlib.py to
+// draw the same with matplotlib's Agg backend.
 
 #include <benchmark/benchmark.h>
 
@@ -84,7 +85,8 @@ void BM_CursorMove(benchmark::State& state) {
   FolderRec& f = ws.FolderTable[0];
   double old_x = graph.CursorX(), old_y = graph.CursorY;
   for (auto _ : state) {
-    f.CursorTime += 10;
+    // Within the view: past the lap's end there is no value and no statistics to compute.
+    f.CursorTime = f.CursorTime + 10 > f.TimeEnd ? static_cast<float>(f.TimeStart) : f.CursorTime + 10;
     graph.UpdateCursorValues();
     old_y = graph.DrawCursor(old_x, old_y);
     old_x = graph.CursorX();
@@ -112,8 +114,8 @@ void WriteScatter(const char* path) {
   frmXYPlot plot(ws, surface);
   QFile out(QString::fromLocal8Bit(path));
   if (!out.open(QIODevice::WriteOnly)) std::abort();
+  plot.FindXChannels();
   ForEachTrace(ws, [&](int slot, int lap, int c) {
-    if (c == plot.XChannel(slot)) return;
     for (const XYPoint& p : plot.TracePoints(slot, lap, c)) out.write(QByteArray::number(p.x) + ' ' + QByteArray::number(p.y) + '\n');
     out.write("\n");  // a blank line between traces
   });

@@ -1,6 +1,6 @@
-"""The XY plot's points as PlotBench computes them (speed against 7 channels, 4 laps), drawn by
-matplotlib's scatter (Agg) on a figure of the same size, cleared and drawn again each time, as a
-redraw of the XY plot does.
+"""The XY plot's points as PlotBench computes them (speed against each of the 8 channels, 4
+laps), drawn by matplotlib's scatter (Agg) on a figure of the same size, cleared and drawn again
+each time, as a redraw of the XY plot does.
 
     build-bench/bench/PlotBench --scatter /tmp/scatter.txt
     python3 bench/scatter_matplotlib.py /tmp/scatter.txt

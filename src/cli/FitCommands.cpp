@@ -1,5 +1,6 @@
 // `orlan xy FILE --lap N --x CH --y CH [--start MS --end MS] [--json]`: the points of one channel
-// against another and their fits, as the XY plot computes them.
+// against another and their fits, as the XY plot computes them. Without --start and --end the
+// view is the whole lap; either is rounded to whole ms.
 // `orlan histogram FILE --lap N --channel CH [--start MS --end MS] [--bins B] [--json]`: the bins
 // of a channel over the view, as the histogram window counts them.
 
@@ -7,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/CliWorkspace.h"
+#include "core/app/Numbers.h"
 #include "cli/Commands.h"
 #include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
@@ -51,9 +53,17 @@ int Prepare(Workspace& ws, const FitOptions& opt, const std::string& name) {
   FolderRec& folder = ws.FolderTable[0];
   folder.SelOuting = 0;
   folder.ActiveChannel = static_cast<int16_t>(c);
-  folder.TimeStart = opt.start >= 0 ? static_cast<int32_t>(opt.start) : 0;
-  folder.TimeEnd = opt.end >= 0 ? static_cast<int32_t>(opt.end) : static_cast<int32_t>(GetMaxTime(ws));
+  // One lap, whatever the settings keep for the window: the view is that lap or a part of it.
+  folder.LapsDisplayed = 1;
+  folder.TimeStart = opt.start >= 0 ? SaturateInt32(RoundHalfEven(opt.start)) : 0;
+  folder.TimeEnd = SaturateInt32(RoundHalfEven(opt.end >= 0 ? opt.end : GetLapDuration(ws, 0, opt.lap)));
   return c;
+}
+
+// The view as the window sees it, in whole ms.
+void AddView(ordered_json& j, const Workspace& ws) {
+  j["TimeStart"] = ws.FolderTable[0].TimeStart;
+  j["TimeEnd"] = ws.FolderTable[0].TimeEnd;
 }
 
 int RunXY(CliContext& context, const FitOptions& opt) {
@@ -64,29 +74,31 @@ int RunXY(CliContext& context, const FitOptions& opt) {
   if (Prepare(*ws, opt, opt.y) < 0) return 1;
   RecordingSurface surface(24000, 13500);
   frmXYPlot plot(*ws, surface);
+  plot.FindXChannels();
   if (plot.XChannel(0) < 0) {
     std::fprintf(stderr, "no channel %s\n", opt.x.c_str());
     return 1;
   }
-  const std::vector<XYPoint> points = plot.ActivePoints();
-  const LineFit line = LinearRegression(points);
-  const ParabolaFit curve = PolynomialRegression(points);
+  // The window's own fits, so that the numbers are the ones its texts show.
+  const std::size_t points = plot.ActivePoints().size();
+  plot.LinearRegression();
+  plot.PolynomialRegression();
   ordered_json j;
-  j["Points"] = points.size();
-  j["Slope"] = line.Slope;
-  j["Intercept"] = line.Intercept;
-  j["Correlation"] = line.Correlation;
-  j["LineFit"] = line.Valid;
-  j["PolyA"] = curve.PolyA;
-  j["PolyB"] = curve.PolyB;
-  j["PolyC"] = curve.PolyC;
-  j["PolyCorrelation"] = curve.Correlation;
-  j["CurveFit"] = curve.Valid;
+  AddView(j, *ws);
+  j["Points"] = points;
+  j["LineFit"] = !plot.LineText.isEmpty();
+  j["Slope"] = plot.Slope;
+  j["Intercept"] = plot.Intercept;
+  j["Correlation"] = plot.Correlation;
+  j["CurveFit"] = !plot.CurveText.isEmpty();
+  j["PolyA"] = plot.PolyA;
+  j["PolyB"] = plot.PolyB;
+  j["PolyC"] = plot.PolyC;
+  j["PolyCorrelation"] = plot.PolyCorrelation;
   if (opt.json) {
     std::printf("%s\n", j.dump(2).c_str());
   } else {
-    std::printf("%zu points\nY = (%.7g)X  + %.7g     Correlation Coeff = %.7g\nY = (%.7g)X\u00B2 + (%.7g)X  + %.7g     Correlation Coeff = %.7g\n",
-                points.size(), line.Slope, line.Intercept, line.Correlation, curve.PolyA, curve.PolyB, curve.PolyC, curve.Correlation);
+    std::printf("%zu points\n%s\n%s\n", points, plot.LineText.toStdString().c_str(), plot.CurveText.toStdString().c_str());
   }
   return 0;
 }
@@ -111,6 +123,7 @@ int RunHistogram(CliContext& context, const FitOptions& opt) {
     bins.push_back({{"Low", bin.Low}, {"High", bin.High}, {"Count", bin.Count}});
   }
   ordered_json j;
+  AddView(j, *ws);
   j["Channel"] = ch.Name.trimmed().toStdString();
   j["ScreenMin"] = ch.ScreenMin;
   j["ScreenMax"] = ch.ScreenMax;

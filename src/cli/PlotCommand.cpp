@@ -12,6 +12,7 @@
 
 #include "cli/CliWorkspace.h"
 #include "cli/Commands.h"
+#include "core/app/Numbers.h"
 #include "core/outing/OpenOuting.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/plots/PlotScale.h"
@@ -136,10 +137,12 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
   folder.Options.AxisXYChannel = QString::fromStdString(opt.x);
   ws->Options.ColorTheme = opt.theme == "dark" ? 1 : 0;
   GetTileCount(*ws);
+  // Each lap on its own axis, whatever the settings keep for the windows.
+  folder.LapsDisplayed = 1;
   const bool distance = opt.kind == "distance";
   const double max_ms = GetMaxTime(*ws);
-  folder.TimeStart = !distance && opt.start >= 0 ? static_cast<int32_t>(std::nearbyint(opt.start * 1000)) : 0;
-  folder.TimeEnd = !distance && opt.end >= 0 ? static_cast<int32_t>(std::nearbyint(opt.end * 1000)) : static_cast<int32_t>(max_ms);
+  folder.TimeStart = !distance && opt.start >= 0 ? SaturateInt32(RoundHalfEven(opt.start * 1000)) : 0;
+  folder.TimeEnd = SaturateInt32(RoundHalfEven(!distance && opt.end >= 0 ? opt.end * 1000 : max_ms));
   folder.CursorTime = static_cast<float>(folder.TimeStart + folder.TimeEnd) / 2;
   folder.DistanceStart = distance && opt.start >= 0 ? static_cast<float>(opt.start) : 0;
   folder.DistanceEnd = distance && opt.end >= 0 ? static_cast<float>(opt.end) : GetMaxDistance(*ws);

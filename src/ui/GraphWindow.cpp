@@ -50,12 +50,8 @@ GraphWindow::GraphWindow(Workspace& ws, int folder, PlotWindow kind, QWidget* pa
   setWindowTitle(title_);
   setFocusPolicy(Qt::StrongFocus);
   setAcceptDrops(true);
-  left_ = new PlotCanvas;
   plot_ = new PlotCanvas;
-  right_ = new PlotCanvas;
   numeric_ = new PlotCanvas;
-  left_->setFixedWidth(static_cast<int>(2 * kPanelColumn / kTwips));
-  right_->setFixedWidth(static_cast<int>(kPanelColumn / kTwips));
   captions_ = new QLabel;
   captions_->setTextFormat(Qt::RichText);
   captions_->setContentsMargins(static_cast<int>(kPlotLeft / kTwips), 2, 4, 2);
@@ -67,9 +63,7 @@ GraphWindow::GraphWindow(Workspace& ws, int folder, PlotWindow kind, QWidget* pa
   auto* row = new QHBoxLayout;
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
-  row->addWidget(left_);
-  row->addWidget(plot_, 1);
-  row->addWidget(right_);
+  panels_.AddAround(row, plot_);
   column->addLayout(row, 1);
   split_ = new QSplitter(Qt::Horizontal);  // the sizing bar to the numeric panel
   split_->addWidget(area);
@@ -85,22 +79,17 @@ GraphWindow::GraphWindow(Workspace& ws, int folder, PlotWindow kind, QWidget* pa
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(split_);
-  ShowPanels();
+  panels_.Show(FolderOf(ws_, folder_));
 
   plot_->Mouse = [this](PlotCanvas::MouseKind kind, QMouseEvent* e) { OnMouse(static_cast<int>(kind), e); };
   plot_->Resized = [this] { Redraw(); };
   numeric_->Resized = [this] { PaintNumerics(); };
+  graph_->CursorMoved = [this] {
+    if (CursorMoved) CursorMoved();
+  };
   graph_->MovePointer = [this](double x) {
     QCursor::setPos(plot_->mapToGlobal(QPoint(static_cast<int>(x / kTwips), plot_->mapFromGlobal(QCursor::pos()).y())));
   };
-}
-
-void GraphWindow::ShowPanels() {
-  // A tiled folder has a scale in every band and no side panels.
-  const auto& names = FolderOf(ws_, folder_).AxisPanelChannels;
-  const bool tiled = FolderOf(ws_, folder_).Options.TileGraphs;
-  left_->setVisible(!tiled && (!names[0].trimmed().isEmpty() || !names[1].trimmed().isEmpty()));
-  right_->setVisible(!tiled && !names[2].trimmed().isEmpty());
 }
 
 void GraphWindow::Redraw() {
@@ -108,17 +97,12 @@ void GraphWindow::Redraw() {
     redraw_pending_ = true;
     return;
   }
-  ShowPanels();
-  for (PlotCanvas* c : {left_, plot_, right_}) c->FitImage();
-  {
-    QPainter left_painter(&left_->Image), right_painter(&right_->Image);
-    QtSurface left(left_painter, left_->Image.size()), right(right_painter, right_->Image.size());
-    graph_->SetAxisPanels(left_->isVisible() ? &left : nullptr, right_->isVisible() ? &right : nullptr);
+  panels_.Show(FolderOf(ws_, folder_));
+  panels_.Paint([this](Surface* left, Surface* right) {
+    graph_->SetAxisPanels(left, right);
     Paint([this] { graph_->DrawLineGraphs(); });
     graph_->SetAxisPanels(nullptr, nullptr);
-  }
-  left_->update();
-  right_->update();
+  });
   ShowCaptions();
   setWindowTitle(graph_->Caption.isEmpty() ? title_ : title_ + QStringLiteral(" - ") + graph_->Caption);
   if (redraw_pending_) {
@@ -136,6 +120,10 @@ void GraphWindow::ShowCaptions() {
   captions_->setText(parts.join(QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;")));
   const QColor back = QtSurface::ToQColor(BackgroundColor(ws_));
   captions_->setStyleSheet(QStringLiteral("background:%1").arg(back.name()));
+}
+
+void GraphWindow::FollowCursor() {
+  Event([this] { graph_->FollowCursor(); });
 }
 
 void GraphWindow::Event(const std::function<void()>& draw) {

@@ -11,6 +11,7 @@
 
 #include "core/plots/LinePlot.h"
 #include "core/plots/RecordingSurface.h"
+#include "ui/AxisPanels.h"
 #include "ui/PlotWindowBase.h"
 
 class PlotCanvas;
@@ -26,13 +27,15 @@ class GraphWindow : public PlotWindowBase {
   LinePlot& Graph() { return *graph_; }
   PlotCanvas* Plot() { return plot_; }
   // The side panels of further scales: 0 left, 1 right; shown only when they have one.
-  PlotCanvas* Panel(int side) { return side == 0 ? left_ : right_; }
+  PlotCanvas* Panel(int side) { return panels_.Panel(side); }
   QSplitter* Splitter() { return split_; }
   // The channels' captions above the plot (lblChannel), each in its trace's colour.
   QLabel* Captions() { return captions_; }
 
   // The full redraw (DrawLineGraphs); the folder's RefreshPlots calls it.
   void Redraw() override;
+  // The cursor moved in another window of the folder: it moves here by exclusive-or.
+  void FollowCursor() override;
   // Drawing in answer to an event (a click, a key, a menu's go-to): `draw` paints on the picture
   // as it stands, and a redraw it asked for meanwhile (a zoom at the end of a drag) runs after.
   void Event(const std::function<void()>& draw);
@@ -54,16 +57,14 @@ class GraphWindow : public PlotWindowBase {
   // Runs `draw` with the graph painting on the plot's picture, then shows the picture.
   void Paint(const std::function<void()>& draw);
   void PaintNumerics();
-  void ShowPanels();
   void ShowCaptions();
   void OnMouse(int kind, QMouseEvent* e);
 
   RecordingSurface idle_{1, 1};  // the graph's surface between events; nothing draws on it
   std::unique_ptr<LinePlot> graph_;
   QString title_;
-  PlotCanvas* left_;
+  AxisPanels panels_;
   PlotCanvas* plot_;
-  PlotCanvas* right_;
   PlotCanvas* numeric_;
   QLabel* captions_;
   QSplitter* split_;

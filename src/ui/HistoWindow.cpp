@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDoubleValidator>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -85,6 +86,7 @@ bool HistoWindow::EditScale() {
   automatic->setChecked(form.chkAuto);
   auto* value = new QLineEdit(form.txtDataIn);
   value->setObjectName(QStringLiteral("txtDataIn"));
+  value->setValidator(new QDoubleValidator(value));  // a number or nothing: OK refuses the rest
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   auto* layout = new QFormLayout(&d);
   layout->addRow(automatic);
@@ -93,7 +95,7 @@ bool HistoWindow::EditScale() {
   connect(buttons, &QDialogButtonBox::accepted, &d, [&] {
     form.chkAuto = automatic->isChecked();
     form.txtDataIn = value->text();
-    if (form.cmdOK(ws_)) d.accept();  // a refused value keeps the dialog open
+    if (form.cmdOK(ws_)) d.accept();  // no number: the dialog stays
   });
   connect(buttons, &QDialogButtonBox::rejected, &d, &QDialog::reject);
   return d.exec() == QDialog::Accepted;

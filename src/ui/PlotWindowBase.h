@@ -5,6 +5,7 @@
 // A window registers its redraw with its folder while it is open.
 
 #include <QWidget>
+#include <functional>
 
 #include "core/plots/RefreshPlots.h"
 
@@ -18,6 +19,10 @@ class PlotWindowBase : public QWidget {
   int Folder() const { return folder_; }
   PlotWindow Kind() const { return kind_; }
   virtual void Redraw() = 0;
+  // The folder's cursor moved in another of its windows: show it here without a full redraw.
+  virtual void FollowCursor() {}
+  // Set by the main window: this window moved the folder's cursor, the others follow.
+  std::function<void()> CursorMoved;
 
   // The settings section of a kind's geometry ("Graph", "Distance", "XYPlot", "Histo", ...) and
   // the class it shows, which names its screenshot.

@@ -38,7 +38,8 @@ XYWindow::XYWindow(DialogHost& host, int folder, QWidget* parent)
   labels_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   labels_->setMinimumWidth(170);
   auto* row = new QHBoxLayout;
-  row->addWidget(canvas_, 1);
+  row->setSpacing(0);
+  panels_.AddAround(row, canvas_);
   row->addWidget(labels_);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(2, 2, 2, 2);
@@ -96,11 +97,26 @@ void XYWindow::ShowLabels() {
 void XYWindow::Redraw() {
   if (ws_.CurFolder != folder_) return;  // a window of a folder not in view waits for its tab
   ShowOptions();
-  canvas_->Paint([this](Surface& s) {
-    plot_.SetSurface(s);
-    plot_.DrawXYPlots();
-    plot_.SetSurface(idle_);
+  panels_.Show(ws_.FolderTable[static_cast<std::size_t>(folder_)]);
+  panels_.Paint([this](Surface* left, Surface* right) {
+    plot_.SetAxisPanels(left, right);
+    canvas_->Paint([this](Surface& s) {
+      plot_.SetSurface(s);
+      plot_.DrawXYPlots();
+      plot_.SetSurface(idle_);
+    });
+    plot_.SetAxisPanels(nullptr, nullptr);
   });
   setWindowTitle(plot_.Caption.isEmpty() ? QStringLiteral("XY Plot") : QStringLiteral("XY Plot - ") + plot_.Caption);
+  ShowLabels();
+}
+
+void XYWindow::FollowCursor() {
+  if (ws_.CurFolder != folder_) return;
+  canvas_->Paint([this](Surface& s) {
+    plot_.SetSurface(s);
+    plot_.FollowCursor();
+    plot_.SetSurface(idle_);
+  });
   ShowLabels();
 }

@@ -408,12 +408,25 @@ QMdiSubWindow* frmMDIForm::SubWindowOf(QWidget* widget) const {
 }
 
 PlotWindowBase* frmMDIForm::MakePlotWindow(PlotWindow kind) {
-  if (kind == PlotWindow::XYPlot) return new XYWindow(dialogs_, ws_.CurFolder);
-  if (kind == PlotWindow::Histo) return new HistoWindow(dialogs_, ws_.CurFolder);
-  auto* g = new GraphWindow(ws_, ws_.CurFolder, kind);
-  g->ChannelDropped = [this](int slot, int channel) { DropChannel(slot, channel); };
-  g->ContextMenu = [this](QPoint at, bool over_axis) { PlotMenu(at, over_axis); };
-  return g;
+  PlotWindowBase* p = nullptr;
+  if (kind == PlotWindow::XYPlot) {
+    p = new XYWindow(dialogs_, ws_.CurFolder);
+  } else if (kind == PlotWindow::Histo) {
+    p = new HistoWindow(dialogs_, ws_.CurFolder);
+  } else {
+    auto* g = new GraphWindow(ws_, ws_.CurFolder, kind);
+    g->ChannelDropped = [this](int slot, int channel) { DropChannel(slot, channel); };
+    g->ContextMenu = [this](QPoint at, bool over_axis) { PlotMenu(at, over_axis); };
+    p = g;
+  }
+  // The cursor links the folder's windows: moved in one, it moves in the others.
+  p->CursorMoved = [this, p] {
+    for (PlotWindow k : kPlotKinds) {
+      PlotWindowBase* other = WindowOf(p->Folder(), k);
+      if (other != nullptr && other != p) other->FollowCursor();
+    }
+  };
+  return p;
 }
 
 PlotWindowBase* frmMDIForm::OpenPlotWindow(PlotWindow kind, bool show) {

@@ -14,6 +14,7 @@ class Reader {
     v = static_cast<int16_t>(std::clamp(s_.ReadInt(kAppAnalysis, section_, key, v), -32768, 32767));
   }
   void operator()(const QString& key, double& v) const { v = s_.ReadDouble(kAppAnalysis, section_, key, v); }
+  void operator()(const QString& key, float& v) const { v = static_cast<float>(s_.ReadDouble(kAppAnalysis, section_, key, v)); }
   void operator()(const QString& key, QString& v) const { v = s_.Read(kAppAnalysis, section_, key, v); }
 
  private:

@@ -84,7 +84,7 @@ struct TrackReportOptions {
 // windows use. The folder's own fields (name, laps displayed, track) are in FolderRec.
 struct FolderOptions {
   int HistoBins = 20;
-  double HistoScale = 50;
+  float HistoScale = 50;  // percent at the top of the histogram's axis
   QString AxisXYChannel = QStringLiteral("System Speed");
   bool XYConnected = false;
   bool UpdateOnNewData = false;

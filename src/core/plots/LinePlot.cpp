@@ -95,27 +95,7 @@ void LinePlot::SetAxisPanels(Surface* left, Surface* right) {
   panels_[1] = right;
 }
 
-void LinePlot::DrawAxisPanels() {
-  const FolderRec& folder = Folder();
-  for (Surface* panel : panels_) {
-    if (panel == nullptr) continue;
-    panel->BackColor = BackgroundColor(ws_);
-    panel->Cls();
-  }
-  const int slot = ActiveSlot();
-  const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
-  if (o.Loaded == 0 || o.CurLap < 0 || o.CurLap >= static_cast<int>(o.Laps.size())) return;
-  const auto& caches = o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels;
-  for (int k = 0; k < kPanelScales; ++k) {
-    Surface* panel = panels_[k < 2 ? 0 : 1];
-    const QString& name = folder.AxisPanelChannels[static_cast<std::size_t>(k)];
-    if (panel == nullptr || name.trimmed().isEmpty()) continue;
-    // A scale only for a channel drawn in the lap on the axis: its range comes from that trace.
-    const int c = FindChannelByName(ws_, ws_.CurFolder, slot, name);
-    if (c < 0 || c >= static_cast<int>(caches.size()) || caches[static_cast<std::size_t>(c)].Shown == 0) continue;
-    DrawAxisPanel(ws_, *panel, k < 2 ? 0 : 1, k % 2, Kind(), slot, o.CurLap, c);
-  }
-}
+void LinePlot::DrawAxisPanels() { ::DrawAxisPanels(ws_, panels_[0], panels_[1], Kind()); }
 
 void LinePlot::LoadDataLabels() {
   Numerics.assign(1, NumericRow{PositionCaption(), QString(), ForegroundColor(ws_), 100});
@@ -198,7 +178,7 @@ void LinePlot::DrawTicks(double view, double start, double end, const std::funct
     s_->Line(x, axis_y, x, axis_y + (major ? 150 : 75), fg);
     if (!major) continue;
     const QString text = label(t);
-    if (x <= right - (label_width > 0 ? label_width : s_->TextWidth(text)) - 250) {
+    if (x <= right - label_width - 250) {
       s_->CurrentX = x - s_->TextWidth(text) / 2;
       s_->CurrentY = axis_y + 175;
       s_->Print(text);
@@ -312,14 +292,19 @@ double LinePlot::DrawCursor(double old_x, double old_y) {
     s_->Line(new_x - 250, new_y, new_x + 250, new_y, white);
   }
   s_->DrawMode = kDrawCopy;
+  drawn_x_ = new_x;
   return new_y;
 }
 
 void LinePlot::MoveCursor(double position) {
-  const double old_x = CursorX();
   SetCursor(position);
+  FollowCursor();
+  if (CursorMoved) CursorMoved();
+}
+
+void LinePlot::FollowCursor() {
   UpdateCursorValues();
-  CursorY = DrawCursor(old_x, CursorY);
+  CursorY = DrawCursor(drawn_x_, CursorY);
 }
 
 void LinePlot::DrawBand(double x1, double x2) {

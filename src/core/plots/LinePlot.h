@@ -33,6 +33,12 @@ class LinePlot {
   void UpdateCursorValues();
   // Moves the exclusive-or cursor from the old x to the cursor's x; returns the new y.
   double DrawCursor(double old_x, double old_y);
+  // The folder's cursor moved in another window: the values at it, and the cursor moved here
+  // too, without drawing the traces again.
+  void FollowCursor();
+  // Called after the mouse, a key or a go-to moved the cursor here, so that the window can tell
+  // the folder's other windows.
+  std::function<void()> CursorMoved;
 
   // With the measure cursor on: the mark at the cursor, a cross and a circle, from which the
   // status line measures dX and dY.
@@ -130,7 +136,8 @@ class LinePlot {
   // y of a value of the channel on this axis's scale, in its band.
   double ValueY(int slot, int lap, int channel, double value) const;
   // The axis's label for a tick at `value` and the axis line with its unit at the right end;
-  // ticks by the steps of a round range, as the time and distance axes both lay them out.
+  // ticks by the steps of a round range, as the time and distance axes both lay them out. A
+  // label is left out beyond the data area's right edge less `label_width` and 250.
   void DrawTicks(double view, double start, double end, const std::function<QString(double)>& label,
                  double label_width, const QString& unit);
   // Lines at the starts of the Datum span's further laps, at these axis positions.
@@ -143,6 +150,7 @@ class LinePlot {
 
  private:
   void MoveCursor(double position);
+  double drawn_x_ = 0;  // where DrawCursor last drew the cursor; 0: not drawn
   void DrawBand(double x1, double x2);
   void NextChannel(int direction);
 };

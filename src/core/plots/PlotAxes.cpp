@@ -109,6 +109,28 @@ void DrawAxisPanel(Workspace& ws, Surface& panel, int side, int column, AxisKind
   DrawScale50(ws, panel, at, kind, panel.ScaleHeight(), slot, lap, channel);
 }
 
+void DrawAxisPanels(Workspace& ws, Surface* left, Surface* right, AxisKind kind) {
+  for (Surface* panel : {left, right}) {
+    if (panel == nullptr) continue;
+    panel->BackColor = BackgroundColor(ws);
+    panel->Cls();
+  }
+  const FolderRec& folder = ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)];
+  const int slot = folder.SelOuting;
+  const OutingRec& o = folder.Outings[static_cast<std::size_t>(slot)];
+  if (o.Loaded == 0 || o.CurLap < 0 || o.CurLap >= static_cast<int>(o.Laps.size())) return;
+  const auto& caches = o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels;
+  for (int k = 0; k < kPanelScales; ++k) {
+    Surface* panel = k < 2 ? left : right;
+    const QString& name = folder.AxisPanelChannels[static_cast<std::size_t>(k)];
+    if (panel == nullptr || name.trimmed().isEmpty()) continue;
+    // A scale only for a channel drawn in the lap on the axis: its range comes from that trace.
+    const int c = FindChannelByName(ws, ws.CurFolder, slot, name);
+    if (c < 0 || c >= static_cast<int>(caches.size()) || caches[static_cast<std::size_t>(c)].Shown == 0) continue;
+    DrawAxisPanel(ws, *panel, k < 2 ? 0 : 1, k % 2, kind, slot, o.CurLap, c);
+  }
+}
+
 void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel, AxisKind kind) {
   const ChannelRec& c = OutingAt(ws, slot).Channels[static_cast<std::size_t>(channel)];
   const int count = ws.Plots.TileCount;

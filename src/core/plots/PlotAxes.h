@@ -30,6 +30,10 @@ inline constexpr int kPanelScales = 3;  // left column 0, left column 1, right
 // One such scale, as tall as the plot beside it (the panel is the plot's height).
 void DrawAxisPanel(Workspace& ws, Surface& panel, int side, int column, AxisKind kind, int slot, int lap, int channel);
 
+// The scales of the folder's AxisPanelChannels on the side panels (either may be null), each only
+// for a channel drawn in the current lap of the outing on the axis; the panels are cleared first.
+void DrawAxisPanels(Workspace& ws, Surface* left, Surface* right, AxisKind kind);
+
 // The 25-step scale of one band of an automatically tiled folder, the channel's name at the top
 // of the band and a line closing it; on the scale of the time or of the distance axis.
 void DrawAxisTile(Workspace& ws, Surface& s, int slot, int lap, int channel, AxisKind kind = AxisKind::Time);

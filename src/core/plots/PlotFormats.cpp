@@ -53,10 +53,12 @@ QString FormatAuto(double value) {
   } else if (a >= 1000 && a <= 99999) {
     text = Fixed(value, 0);
   } else if (a > 99999) {
-    text = QString::number(value, 'g', 15).toUpper();
+    text = GeneralNumber(value);
   }  // else: between two ranges, no digits
   return WithSignBlank(text, value);
 }
+
+QString GeneralNumber(double value, int significant) { return QString::number(value, 'g', significant).toUpper(); }
 
 QString FormatTime(double ms) {
   if (!std::isfinite(ms) || std::fabs(ms) > 9.0e15) return QStringLiteral(" --- ");

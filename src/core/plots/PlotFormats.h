@@ -19,6 +19,10 @@ QString FormatFftValue(const ChannelRec& channel, double value);
 // shown a gap there. A blank follows a value of 0 or more.
 QString FormatAuto(double value);
 
+// A number in general form: as many digits as `significant` allows, in scientific notation ("E+")
+// when too large or small for them. 15 digits for a double, 7 for a 32-bit float.
+QString GeneralNumber(double value, int significant = 15);
+
 // "  m:ss.sss" with the minutes right-aligned in three places of two blanks each; the sign is
 // dropped.
 QString FormatTime(double ms);

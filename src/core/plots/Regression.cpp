@@ -37,15 +37,16 @@ LineFit LinearRegression(const std::vector<XYPoint>& points) {
   const double mx = sx / n, my = sy / n;
   const double denominator = sxx - n * mx * mx;
   if (denominator == 0 || !std::isfinite(denominator)) return fit;  // no spread in x
-  fit.Slope = (sxy - n * mx * my) / denominator;
-  fit.Intercept = my - fit.Slope * mx;
+  fit.Slope = static_cast<float>((sxy - n * mx * my) / denominator);
+  fit.Intercept = static_cast<float>(my - static_cast<double>(fit.Slope) * mx);
+  if (!std::isfinite(fit.Slope) || !std::isfinite(fit.Intercept)) return fit;
   double r = 0;
   for (const XYPoint& p : points) {
-    const double e = p.y - (fit.Slope * p.x + fit.Intercept);
+    const double e = p.y - (static_cast<double>(fit.Slope) * p.x + static_cast<double>(fit.Intercept));
     r += e * e;
   }
-  fit.Correlation = FitCorrelation(r, TotalSum(points));
-  fit.Valid = std::isfinite(fit.Slope) && std::isfinite(fit.Intercept);
+  fit.Correlation = static_cast<float>(FitCorrelation(r, TotalSum(points)));
+  fit.Valid = true;
   return fit;
 }
 
@@ -86,7 +87,7 @@ ParabolaFit PolynomialRegression(const std::vector<XYPoint>& points) {
     const double e = p.y - (fit.PolyC + fit.PolyB * p.x + fit.PolyA * p.x * p.x);
     r += e * e;
   }
-  fit.Correlation = FitCorrelation(r, TotalSum(points));
+  fit.Correlation = static_cast<float>(FitCorrelation(r, TotalSum(points)));
   fit.Valid = true;
   return fit;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 // Fits of y over x: the straight line by least squares, the parabola by the normal equations
-// solved by elimination without pivoting, and the correlation of either, all in double.
+// solved by elimination without pivoting, and the correlation of either. The sums are doubles;
+// the line's fields are 32-bit floats, and its intercept and residuals use the rounded slope,
+// so what is printed is what was fitted.
 
 #include <vector>
 
@@ -17,13 +19,13 @@ double FitCorrelation(double r, double s);
 
 struct LineFit {
   bool Valid = false;  // false: fewer than two different x
-  double Slope = 0, Intercept = 0, Correlation = 0;
+  float Slope = 0, Intercept = 0, Correlation = 0;
 };
 LineFit LinearRegression(const std::vector<XYPoint>& points);
 
 struct ParabolaFit {
   bool Valid = false;
   double PolyA = 0, PolyB = 0, PolyC = 0;  // y = PolyA x² + PolyB x + PolyC
-  double Correlation = 0;
+  float Correlation = 0;
 };
 ParabolaFit PolynomialRegression(const std::vector<XYPoint>& points);

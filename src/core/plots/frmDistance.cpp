@@ -120,7 +120,8 @@ void frmDistance::DistanceAxis() {
   }
   const OutingRec& span = OutingAt(ws_, SpanSlot());
   const QString unit = (span.UnitsMask & 1) != 0 ? QStringLiteral("mtrs") : QStringLiteral("feet");
-  DrawTicks(view, folder.DistanceStart, folder.DistanceEnd, [](double d) { return FormatAuto(d); }, 0, unit);
+  DrawTicks(view, folder.DistanceStart, folder.DistanceEnd, [](double d) { return FormatAuto(d); },
+            s_->TextWidth(QStringLiteral("00000")), unit);
   if (folder.LapsDisplayed < 2) return;
   const int first = folder.DatumOuting >= 0 ? folder.DatumLap : span.CurLap;
   if (first < 0 || first >= static_cast<int>(span.Laps.size())) return;

@@ -51,11 +51,13 @@ void frmHisto::CalcHistogram(int slot, int lap, int channel) {
   const int64_t n = RoundHalfEven(folder.TimeEnd * static_cast<double>(c.Rate)) - first;
   const int64_t last = std::min<int64_t>(first + n, static_cast<int64_t>(v.size()) - 1);
   if (n <= 0) return;
-  // At most about 2,000 samples: a fractional step, each sample at the truncated position.
+  // At most about 2,000 samples: a fractional step added up along the walk, each sample at the
+  // truncated position. Added, not multiplied: the sum's rounding decides which samples count.
   const double step = n >= 2000 ? static_cast<double>(n) / 2000 : 1;
   cache.BinSamples = static_cast<int32_t>(std::floor(static_cast<double>(n) / step));
-  for (int32_t k = 0; k < cache.BinSamples; ++k) {
-    const auto i = static_cast<int64_t>(static_cast<double>(first) + k * step);
+  double position = static_cast<double>(first);
+  for (int32_t k = 0; k < cache.BinSamples; ++k, position += step) {
+    const auto i = static_cast<int64_t>(position);
     if (i < 0 || i > last) break;  // a lap shorter than the view: the rest counts nowhere
     const float x = v[static_cast<std::size_t>(i)];
     for (int b = 0; b < bins; ++b) {
@@ -155,7 +157,7 @@ void frmHisto::DrawHistoTotal() {
   s_->ForeColor = color;
   s_->CurrentX = kPlotLeft + 100;
   s_->CurrentY = kPlotTop + 50;
-  s_->Print(active.Channels[static_cast<std::size_t>(folder.ActiveChannel)].Name.trimmed() + QStringLiteral(" - all laps"));
+  s_->Print(active.Channels[static_cast<std::size_t>(folder.ActiveChannel)].Name.trimmed());
 }
 
 void frmHisto::DrawTicks50(const std::function<QString(int)>& label) {
@@ -258,6 +260,18 @@ void frmHisto::MouseDown(int button, double x, double y) {
   Labels[0].Value = FormatChannelValue(c, bin.Low).trimmed() + QStringLiteral(" to ") + FormatChannelValue(c, bin.High).trimmed();
   Labels[1].Value = LeftTrimmed(FormatAuto(share * 100)) + QLatin1Char('%');
   Labels[2].Value = LeftTrimmed(FormatTime(ms));
+  DrawCursorBin();  // takes the mark off the bin it was on
+  CursorBin = b;
+  DrawCursorBin();
+}
+
+void frmHisto::DrawCursorBin() {
+  if (CursorBin < 0 || CursorBin >= Bins()) return;
+  // Exclusive-or, as the plots' cursor: drawn again on the same bin, it goes away.
+  const double x = kPlotLeft + (CursorBin + 0.5) * BarWidth();
+  s_->DrawMode = kDrawXor;
+  s_->Line(x, kPlotTop, x, s_->ScaleHeight() - kPlotBottom, 16777215);
+  s_->DrawMode = kDrawCopy;
 }
 
 void frmHisto::DrawHistograms() {
@@ -284,21 +298,18 @@ void frmHisto::DrawHistograms() {
   } else {
     DrawLeftAxis();
   }
+  DrawCursorBin();  // the clear took it away
 }
 
 void frmHistoScale::Form_Load(const Workspace& ws) {
   chkAuto = ws.Options.HistoAutoScale;
-  txtDataIn = QString::number(ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].Options.HistoScale);
+  txtDataIn = QString::number(static_cast<double>(ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].Options.HistoScale));
 }
 
 bool frmHistoScale::cmdOK(Workspace& ws) {
   bool ok = false;
-  const double value = txtDataIn.trimmed().toDouble(&ok);
-  if (!ok || !(value > 0) || value > 100) {
-    ws.messages.Show(QStringLiteral("Enter a share between 0 and 100 percent"), QStringLiteral("Histogram Scales"),
-                     MessageIcon::Exclamation);
-    return false;
-  }
+  const float value = txtDataIn.trimmed().toFloat(&ok);
+  if (!ok) return false;  // not a number: nothing to store
   ws.Options.HistoAutoScale = chkAuto;
   ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].Options.HistoScale = value;
   RefreshPlots(ws);

@@ -33,8 +33,13 @@ class frmHisto {
   void DrawTimeAxis();
   void LoadDataLabels();
 
-  // A click in the data area: the bin under it, its range, share and time, in the labels.
+  // A click in the data area: the bin under it, its range, share and time, in the labels, and
+  // the numeric cursor moved onto it; the view stays.
   void MouseDown(int button, double x, double y);
+  // The numeric cursor: the bin whose values the labels show, marked by an exclusive-or line
+  // down its middle; -1: none.
+  int CursorBin = -1;
+  void DrawCursorBin();
 
   // Twips of height per sample counted, by the scale in force, for a histogram of `total`
   // samples in a band `usable` high.
@@ -68,7 +73,7 @@ class frmHisto {
 class frmHistoScale {
  public:
   void Form_Load(const Workspace& ws);
-  // Stores both and redraws; false, after a message, for a value that is no share above 0.
+  // Stores both and redraws; false, storing nothing, when the value is not a number.
   bool cmdOK(Workspace& ws);
   bool chkAuto = false;  // "AutoScale"
   QString txtDataIn;     // "Enter &Value :", percent

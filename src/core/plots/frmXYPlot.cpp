@@ -15,10 +15,16 @@ namespace {
 
 double Round(double v) { return std::nearbyint(v); }
 
-// Numbers in the fits' texts as a 32-bit float prints in general form.
-QString General(float v) { return QString::number(static_cast<double>(v), 'g', 7); }
+// The fits' numbers in general form: a 32-bit float's seven digits, a double's fifteen.
+QString General(float v) { return GeneralNumber(static_cast<double>(v), 7); }
+QString General(double v) { return GeneralNumber(v); }
+
+// Half the arms of the cross at the cursor's point.
+constexpr double kCursorArm = 100;
 
 const char* const kLabelCaptions[] = {"X - Datum", "Y - Datum", "X - Cursor", "Y - Cursor", "X - Polynomial", "Y - Polynomial"};
+
+static_assert(kOutingsPerFolder == 16, "XAxisChannel holds one index per outing slot");
 
 }  // namespace
 
@@ -26,7 +32,28 @@ FolderRec& frmXYPlot::Folder() const { return ws_.FolderTable[static_cast<std::s
 
 double frmXYPlot::DataRight() const { return s_->ScaleWidth() - RightMargin(ws_); }
 
-int frmXYPlot::XChannel(int slot) const { return FindChannelByName(ws_, ws_.CurFolder, slot, Folder().Options.AxisXYChannel); }
+void frmXYPlot::FindXChannels() {
+  const FolderRec& folder = Folder();
+  for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
+    const int c = folder.Outings[static_cast<std::size_t>(slot)].Loaded != 0
+                      ? FindChannelByName(ws_, ws_.CurFolder, slot, folder.Options.AxisXYChannel)
+                      : -1;
+    x_found_[static_cast<std::size_t>(slot)] = c >= 0;
+    if (c >= 0) XAxisChannel[static_cast<std::size_t>(slot)] = c;
+  }
+}
+
+int frmXYPlot::XChannel(int slot) const {
+  if (slot < 0 || slot >= kOutingsPerFolder || !x_found_[static_cast<std::size_t>(slot)]) return -1;
+  return XAxisChannel[static_cast<std::size_t>(slot)];
+}
+
+void frmXYPlot::SetAxisPanels(Surface* left, Surface* right) {
+  panels_[0] = left;
+  panels_[1] = right;
+}
+
+void frmXYPlot::DrawAxisPanels() { ::DrawAxisPanels(ws_, panels_[0], panels_[1], AxisKind::XY); }
 
 bool frmXYPlot::ActiveTrace(int& slot, int& lap, int& channel) const {
   const FolderRec& folder = Folder();
@@ -197,21 +224,27 @@ void frmXYPlot::DrawCurve(int slot, int lap, int channel, const std::function<do
   }
 }
 
+void frmXYPlot::PrintFit(const QString& text, double y) {
+  int slot = 0, lap = 0, channel = 0;
+  ActiveTrace(slot, lap, channel);
+  s_->ForeColor = GetChannelColor(ws_, slot, lap, channel);
+  s_->CurrentX = 1250;
+  s_->CurrentY = y;
+  s_->Print(text);
+}
+
 void frmXYPlot::LinearRegression() {
   int slot = 0, lap = 0, channel = 0;
   if (!ActiveTrace(slot, lap, channel)) return;
   const LineFit fit = ::LinearRegression(ActivePoints());
   if (!fit.Valid) return;  // fewer than two different x: the fit stands as it was, no line
-  Slope = static_cast<float>(fit.Slope);
-  Intercept = static_cast<float>(fit.Intercept);
-  Correlation = static_cast<float>(fit.Correlation);
+  Slope = fit.Slope;
+  Intercept = fit.Intercept;
+  Correlation = fit.Correlation;
   DrawCurve(slot, lap, channel, [&](double x) { return Slope * x + Intercept; }, 1);
   LineText = QStringLiteral("Y = (") + General(Slope) + QStringLiteral(")X  + ") + General(Intercept) + QString(5, QLatin1Char(' ')) +
              QStringLiteral("Correlation Coeff = ") + General(Correlation);
-  s_->ForeColor = GetChannelColor(ws_, slot, lap, channel);
-  s_->CurrentX = 1250;
-  s_->CurrentY = 20;
-  s_->Print(LineText);
+  PrintFit(LineText, 20);
 }
 
 void frmXYPlot::PolynomialRegression() {
@@ -219,19 +252,16 @@ void frmXYPlot::PolynomialRegression() {
   if (!ActiveTrace(slot, lap, channel)) return;
   const ParabolaFit fit = ::PolynomialRegression(ActivePoints());
   if (!fit.Valid) return;
-  PolyA = static_cast<float>(fit.PolyA);
-  PolyB = static_cast<float>(fit.PolyB);
-  PolyC = static_cast<float>(fit.PolyC);
-  PolyCorrelation = static_cast<float>(fit.Correlation);
+  PolyA = fit.PolyA;
+  PolyB = fit.PolyB;
+  PolyC = fit.PolyC;
+  PolyCorrelation = fit.Correlation;
   DrawCurve(slot, lap, channel, [&](double x) { return PolyA * x * x + PolyB * x + PolyC; }, 100);
   // The square of the first term is not printed: the caption beside the option says it.
   CurveText = QStringLiteral("Y = (") + General(PolyA) + QStringLiteral(")X") + QStringLiteral(" + (") + General(PolyB) +
               QStringLiteral(")X  + ") + General(PolyC) + QString(5, QLatin1Char(' ')) + QStringLiteral("Correlation Coeff = ") +
               General(PolyCorrelation);
-  s_->ForeColor = GetChannelColor(ws_, slot, lap, channel);
-  s_->CurrentX = 1250;
-  s_->CurrentY = 210;
-  s_->Print(CurveText);
+  PrintFit(CurveText, 210);
 }
 
 void frmXYPlot::ManualRegression() {
@@ -242,40 +272,65 @@ void frmXYPlot::ManualRegression() {
   Manual = {};
   if (x2 == x1) return;
   Slope = static_cast<float>((y2 - y1) / (x2 - x1));
-  Intercept = static_cast<float>(y1 - Slope * x1);
+  Intercept = static_cast<float>(y1 - static_cast<double>(Slope) * x1);
   DrawCurve(slot, lap, channel, [&](double x) { return Slope * x + Intercept; }, 1);
   LineText = QStringLiteral("Y = (") + General(Slope) + QStringLiteral(")X  + ") + General(Intercept);
-  s_->ForeColor = GetChannelColor(ws_, slot, lap, channel);
-  s_->CurrentX = 1250;
-  s_->CurrentY = 20;
-  s_->Print(LineText);
+  PrintFit(LineText, 20);
+}
+
+bool frmXYPlot::ActivePairAt(double ms, float& x, float& y) {
+  int slot = 0, lap = 0, channel = 0;
+  if (!ActiveTrace(slot, lap, channel)) return false;
+  const OutingRec& o = OutingAt(ws_, slot);
+  const int xc = XChannel(slot);
+  GetChannelData(ws_, slot, lap, xc);
+  GetChannelData(ws_, slot, lap, channel);
+  const auto& caches = o.Laps[static_cast<std::size_t>(lap)].LapChannels;
+  return ValueAt(caches[static_cast<std::size_t>(xc)].Samples, o.Channels[static_cast<std::size_t>(xc)].Rate, ms, x) &&
+         ValueAt(caches[static_cast<std::size_t>(channel)].Samples, o.Channels[static_cast<std::size_t>(channel)].Rate, ms, y);
 }
 
 void frmXYPlot::DrawDatumPoint() {
-  const FolderRec& folder = Folder();
-  int slot = 0, lap = 0, channel = 0;
-  if (folder.DatumOuting < 0 || !ActiveTrace(slot, lap, channel)) return;
-  // The Datum lap's x and y at the cursor's time, on the scales of the active trace.
-  const int d = folder.DatumOuting;
-  const OutingRec& datum = OutingAt(ws_, d);
-  const int dx = XChannel(d);
-  const int dy = FindChannelByName(ws_, ws_.CurFolder, d, OutingAt(ws_, slot).Channels[static_cast<std::size_t>(channel)].ShortName);
-  if (datum.Loaded == 0 || dx < 0 || dy < 0 || folder.DatumLap >= static_cast<int>(datum.Laps.size())) return;
-  GetChannelData(ws_, d, folder.DatumLap, dx);
-  GetChannelData(ws_, d, folder.DatumLap, dy);
-  const auto& caches = datum.Laps[static_cast<std::size_t>(folder.DatumLap)].LapChannels;
   float xv = 0, yv = 0;
-  if (!ValueAt(caches[static_cast<std::size_t>(dx)].Samples, datum.Channels[static_cast<std::size_t>(dx)].Rate, folder.CursorTime, xv) ||
-      !ValueAt(caches[static_cast<std::size_t>(dy)].Samples, datum.Channels[static_cast<std::size_t>(dy)].Rate, folder.CursorTime, yv)) {
-    return;
-  }
+  if (!ws_.Plots.MeasureCursor || !ActivePairAt(Folder().CursorTime, xv, yv)) return;
+  int slot = 0, lap = 0, channel = 0;
+  ActiveTrace(slot, lap, channel);
   const double x = XOf(slot, xv), y = YOf(slot, lap, channel, yv);
-  const int fg = ForegroundColor(ws_);
-  s_->Line(x - 190, y, x + 190, y, fg);
-  s_->Line(x, y - 190, x, y + 190, fg);
-  s_->Circle(x, y, 100, fg);
+  s_->Line(x - 190, y, x + 190, y, 0);
+  s_->Line(x, y - 190, x, y + 190, 0);
+  s_->Circle(x, y, 100, 0);
   SetLabel(QStringLiteral("X - Datum"), FormatAuto(xv));
   SetLabel(QStringLiteral("Y - Datum"), FormatAuto(yv));
+}
+
+void frmXYPlot::SetCursorLabels(double x, double y) {
+  SetLabel(QStringLiteral("X - Cursor"), FormatAuto(x));
+  SetLabel(QStringLiteral("Y - Cursor"), FormatAuto(y));
+  if (Folder().Options.XYCurveFit) {
+    SetLabel(QStringLiteral("X - Polynomial"), FormatAuto(x));
+    SetLabel(QStringLiteral("Y - Polynomial"), FormatAuto(PolyA * x * x + PolyB * x + PolyC));
+  }
+}
+
+void frmXYPlot::FollowCursor() {
+  // Exclusive-or: the cross drawn again where it was takes it away.
+  s_->DrawMode = kDrawXor;
+  const int white = 16777215;
+  auto cross = [&](double x, double y) {
+    s_->Line(x - kCursorArm, y, x + kCursorArm, y, white);
+    s_->Line(x, y - kCursorArm, x, y + kCursorArm, white);
+  };
+  if (cursor_x_ >= 0) cross(cursor_x_, cursor_y_);
+  cursor_x_ = cursor_y_ = -1;
+  float xv = 0, yv = 0;
+  int slot = 0, lap = 0, channel = 0;
+  if (ActivePairAt(Folder().CursorTime, xv, yv) && ActiveTrace(slot, lap, channel)) {
+    cursor_x_ = std::clamp(XOf(slot, xv), kPlotLeft, DataRight());
+    cursor_y_ = std::clamp(YOf(slot, lap, channel, yv), kPlotTop, s_->ScaleHeight() - kPlotBottom);
+    cross(cursor_x_, cursor_y_);
+    SetCursorLabels(xv, yv);
+  }
+  s_->DrawMode = kDrawCopy;
 }
 
 void frmXYPlot::MouseDown(int button, double x, double y, bool manual) {
@@ -290,44 +345,35 @@ void frmXYPlot::MouseDown(int button, double x, double y, bool manual) {
     if (Manual[1].Set) ManualRegression();
     return;
   }
-  const double xv = ValueOfX(slot, x);
-  SetLabel(QStringLiteral("X - Cursor"), FormatAuto(xv));
-  SetLabel(QStringLiteral("Y - Cursor"), FormatAuto(ValueOfY(slot, lap, channel, y)));
-  if (Folder().Options.XYCurveFit) {
-    SetLabel(QStringLiteral("X - Polynomial"), FormatAuto(xv));
-    SetLabel(QStringLiteral("Y - Polynomial"), FormatAuto(PolyA * xv * xv + PolyB * xv + PolyC));
-  }
+  SetCursorLabels(ValueOfX(slot, x), ValueOfY(slot, lap, channel, y));
 }
 
 void frmXYPlot::DrawXYPlots() {
   s_->BackColor = BackgroundColor(ws_);
   s_->Cls();
+  cursor_x_ = cursor_y_ = -1;  // the cursor went with the clear
   LoadDataLabels();
   LineText.clear();
   CurveText.clear();
   Caption.clear();
+  FindXChannels();
   const bool tile_axes = FolderTiled(ws_) && ws_.Options.AutoTileMode;
   FetchScope scope(ws_);
   ForEachTrace(ws_, [&](int slot, int lap, int c) {
-    const int xc = XChannel(slot);
-    if (xc < 0 || c == xc) return;  // the x channel against itself says nothing
+    if (XChannel(slot) < 0) return;
     DrawOneXY(slot, lap, c);
     if (tile_axes) DrawAxisTile(ws_, *s_, slot, lap, c, AxisKind::XY);
   });
   int slot = 0, lap = 0, channel = 0;
-  if (!ActiveTrace(slot, lap, channel)) {
-    s_->ForeColor = ForegroundColor(ws_);
-    s_->CurrentX = kPlotLeft;
-    s_->CurrentY = kPlotTop;
-    s_->Print(QStringLiteral("No ") + Folder().Options.AxisXYChannel + QStringLiteral(" channel for the x axis"));
-    return;
-  }
+  if (!ActiveTrace(slot, lap, channel)) return;
   DrawBottomAxis();
   DrawAxisSingle(ws_, *s_, AxisKind::XY, slot, lap, channel);
+  if (!FolderTiled(ws_)) DrawAxisPanels();
   const OutingRec& o = OutingAt(ws_, slot);
   Caption = o.Channels[static_cast<std::size_t>(channel)].Name.trimmed() + QStringLiteral(" vs ") +
             o.Channels[static_cast<std::size_t>(XChannel(slot))].Name.trimmed();
   if (Folder().Options.XYLineFit) LinearRegression();
   if (Folder().Options.XYCurveFit) PolynomialRegression();
   DrawDatumPoint();
+  FollowCursor();
 }

@@ -206,7 +206,7 @@ bool ShiftDistance(Workspace& ws, int slot, double distance) {
     const int lap = distance >= 0 ? i : i - 1;
     const LapRec& from = o.Laps[static_cast<std::size_t>(lap)];
     const double wanted = o.Laps[static_cast<std::size_t>(i)].StartDistance + distance - from.StartDistance;
-    const float ms = DistanceToTime(ws, slot, lap, static_cast<float>(wanted));
+    const float ms = TimeAtDistance(ws, slot, lap, static_cast<float>(wanted));
     if (ms == 0) return fail();
     times[static_cast<std::size_t>(i)] = SaturateInt32(RoundHalfEven(from.StartTime + static_cast<double>(ms)));
   }
