@@ -112,8 +112,10 @@ frmMDIForm::~frmMDIForm() {
   for (QMdiSubWindow* w : mdi_->subWindowList()) delete w;
 }
 
-QAction* frmMDIForm::AddAction(QMenu* menu, const QString& text, std::function<void()> run, const QKeySequence& key) {
+QAction* frmMDIForm::AddAction(QMenu* menu, const char* name, const QString& text, std::function<void()> run,
+                                const QKeySequence& key) {
   QAction* a = menu->addAction(text);
+  a->setObjectName(QString::fromLatin1(name));
   if (!key.isEmpty()) a->setShortcut(key);
   connect(a, &QAction::triggered, this, [run = std::move(run)] { run(); });
   actions_[Plain(text)] = a;
@@ -128,31 +130,31 @@ QAction* frmMDIForm::Action(const QString& name) const {
 void frmMDIForm::BuildMenus() {
   const auto tree = [this](bool (frmChlTree::*command)()) { return [this, command] { Run([&] { (tree_.*command)(); }); }; };
   QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-  AddAction(file, QStringLiteral("Add New &Outing(s)..."), tree(&frmChlTree::AddAnotherOuting), QKeySequence::Open);
-  AddAction(file, QStringLiteral("Add Outing(s) to all Folders..."), tree(&frmChlTree::AddGlobalOuting));
-  AddAction(file, QStringLiteral("&Replace Outing..."), tree(&frmChlTree::ReplaceCurrentOuting));
-  AddAction(file, QStringLiteral("Replace All Outings..."), tree(&frmChlTree::ReplaceAllOutings));
-  AddAction(file, QStringLiteral("Replace Outing in All Folders..."), tree(&frmChlTree::ReplaceGlobalOuting));
-  AddAction(file, QStringLiteral("&Delete Outing"), [this] { Run([&] { tree_.DeleteCurrentOuting(ws_.CurOuting); }); });
+  AddAction(file, "mnuAddOuting", QStringLiteral("Add New &Outing(s)..."), tree(&frmChlTree::AddAnotherOuting), QKeySequence::Open);
+  AddAction(file, "mnuAddGlobalOuting", QStringLiteral("Add Outing(s) to all Folders..."), tree(&frmChlTree::AddGlobalOuting));
+  AddAction(file, "mnuReplaceOuting", QStringLiteral("&Replace Outing..."), tree(&frmChlTree::ReplaceCurrentOuting));
+  AddAction(file, "mnuReplaceAllOutings", QStringLiteral("Replace All Outings..."), tree(&frmChlTree::ReplaceAllOutings));
+  AddAction(file, "mnuReplaceGlobalOuting", QStringLiteral("Replace Outing in All Folders..."), tree(&frmChlTree::ReplaceGlobalOuting));
+  AddAction(file, "mnuDeleteOuting", QStringLiteral("&Delete Outing"), [this] { Run([&] { tree_.DeleteCurrentOuting(ws_.CurOuting); }); });
   file->addSeparator();
-  AddAction(file, QStringLiteral("Add New &Folder..."), tree(&frmChlTree::AddAnotherFolder));
-  AddAction(file, QStringLiteral("&Edit Folder Name..."), tree(&frmChlTree::mnuEditFolder));
-  AddAction(file, QStringLiteral("Delete Folder"), tree(&frmChlTree::DeleteCurrentFolder));
+  AddAction(file, "mnuAddFolder", QStringLiteral("Add New &Folder..."), tree(&frmChlTree::AddAnotherFolder));
+  AddAction(file, "mnuEditFolder", QStringLiteral("&Edit Folder Name..."), tree(&frmChlTree::mnuEditFolder));
+  AddAction(file, "mnuDeleteFolder", QStringLiteral("Delete Folder"), tree(&frmChlTree::DeleteCurrentFolder));
   file->addSeparator();
-  AddAction(file, QStringLiteral("&Options..."), [this] { RunDialog(&EditOptions); });
+  AddAction(file, "mnuOptions", QStringLiteral("&Options..."), [this] { RunDialog(&EditOptions); });
   file->addSeparator();
-  AddAction(file, QStringLiteral("E&xit"), [this] { close(); }, QKeySequence::Quit);
+  AddAction(file, "mnuExit", QStringLiteral("E&xit"), [this] { close(); }, QKeySequence::Quit);
 
   QMenu* laps = menuBar()->addMenu(QStringLiteral("&Laps"));
-  AddAction(laps, QStringLiteral("Add &Lap(s)..."), tree(&frmChlTree::AddAnotherLap));
-  AddAction(laps, QStringLiteral("Add &Next Lap"), tree(&frmChlTree::AddNextLap), Qt::CTRL | Qt::Key_N);
-  AddAction(laps, QStringLiteral("Add &Previous Lap"), tree(&frmChlTree::AddPreviousLap), Qt::CTRL | Qt::Key_P);
-  AddAction(laps, QStringLiteral("&Replace Lap..."), tree(&frmChlTree::ReplaceCurrentLap));
-  AddAction(laps, QStringLiteral("Replace with Next Lap"), tree(&frmChlTree::ReplaceWithNextLap), Qt::CTRL | Qt::SHIFT | Qt::Key_N);
-  AddAction(laps, QStringLiteral("Replace with Previous Lap"), tree(&frmChlTree::ReplaceWithPrevious), Qt::CTRL | Qt::SHIFT | Qt::Key_P);
-  AddAction(laps, QStringLiteral("&Delete Lap"), tree(&frmChlTree::DeleteCurrentLap));
+  AddAction(laps, "mnuAddLap", QStringLiteral("Add &Lap(s)..."), tree(&frmChlTree::AddAnotherLap));
+  AddAction(laps, "mnuAddNextLap", QStringLiteral("Add &Next Lap"), tree(&frmChlTree::AddNextLap), Qt::CTRL | Qt::Key_N);
+  AddAction(laps, "mnuAddPreviousLap", QStringLiteral("Add &Previous Lap"), tree(&frmChlTree::AddPreviousLap), Qt::CTRL | Qt::Key_P);
+  AddAction(laps, "mnuReplaceLap", QStringLiteral("&Replace Lap..."), tree(&frmChlTree::ReplaceCurrentLap));
+  AddAction(laps, "mnuReplaceNextLap", QStringLiteral("Replace with Next Lap"), tree(&frmChlTree::ReplaceWithNextLap), Qt::CTRL | Qt::SHIFT | Qt::Key_N);
+  AddAction(laps, "mnuReplacePreviousLap", QStringLiteral("Replace with Previous Lap"), tree(&frmChlTree::ReplaceWithPrevious), Qt::CTRL | Qt::SHIFT | Qt::Key_P);
+  AddAction(laps, "mnuDeleteLap", QStringLiteral("&Delete Lap"), tree(&frmChlTree::DeleteCurrentLap));
   laps->addSeparator();
-  QAction* entire = AddAction(laps, QStringLiteral("&Entire Outing"), [this] {
+  QAction* entire = AddAction(laps, "mnuEntireOuting", QStringLiteral("&Entire Outing"), [this] {
     Run([&] {
       // Between the whole outing and the group of laps last asked for.
       frmGroupLaps form(ws_);
@@ -164,71 +166,70 @@ void frmMDIForm::BuildMenus() {
     });
   });
   entire->setCheckable(true);
-  AddAction(laps, QStringLiteral("&Group Laps..."), tree(&frmChlTree::mnuGroupLaps));
-  AddAction(laps, QStringLiteral("&Hide Laps..."), tree(&frmChlTree::mnuHideLaps));
-  AddAction(laps, QStringLiteral("Hide Outing"), [this] { Run([&] { tree_.ToggleOutingHidden(); }); });
+  AddAction(laps, "mnuGroupLaps", QStringLiteral("&Group Laps..."), tree(&frmChlTree::mnuGroupLaps));
+  AddAction(laps, "mnuHideLaps", QStringLiteral("&Hide Laps..."), tree(&frmChlTree::mnuHideLaps));
+  AddAction(laps, "mnuHideOuting", QStringLiteral("Hide Outing"), [this] { Run([&] { tree_.ToggleOutingHidden(); }); });
   laps->addSeparator();
-  AddAction(laps, QStringLiteral("Lap Colour..."), tree(&frmChlTree::ChangeLapColor));
-  AddAction(laps, QStringLiteral("Outing Colour..."), tree(&frmChlTree::ChangeOutingColor));
-  AddAction(laps, QStringLiteral("Undo Lap Colour"), [this] { Run([&] { tree_.UndoLapColor(); }); });
-  AddAction(laps, QStringLiteral("Undo Outing Colour"), [this] { Run([&] { tree_.UndoOutingColor(); }); });
+  AddAction(laps, "mnuSetLapColor", QStringLiteral("Lap Colour..."), tree(&frmChlTree::ChangeLapColor));
+  AddAction(laps, "mnuSetOutingColor", QStringLiteral("Outing Colour..."), tree(&frmChlTree::ChangeOutingColor));
+  AddAction(laps, "mnuUndoLapColor", QStringLiteral("Undo Lap Colour"), [this] { Run([&] { tree_.UndoLapColor(); }); });
+  AddAction(laps, "mnuUndoOutingColor", QStringLiteral("Undo Outing Colour"), [this] { Run([&] { tree_.UndoOutingColor(); }); });
   laps->addSeparator();
-  AddAction(laps, QStringLiteral("Edit &Beacons..."), [this] { RunDialog(&EditBeacons); });
-  AddAction(laps, QStringLiteral("&Shift Beacons..."), [this] { RunDialog(&ShiftBeacons); });
+  AddAction(laps, "mnuEditBeacon", QStringLiteral("Edit &Beacons..."), [this] { RunDialog(&EditBeacons); });
+  AddAction(laps, "mnuShiftBeacon", QStringLiteral("&Shift Beacons..."), [this] { RunDialog(&ShiftBeacons); });
 
   QMenu* channels = menuBar()->addMenu(QStringLiteral("&Channels"));
-  AddAction(channels, QStringLiteral("Add &Channel(s)..."), tree(&frmChlTree::AddAnotherChannel), Qt::CTRL | Qt::Key_H);
-  AddAction(channels, QStringLiteral("Add Channel(s) to all Outings..."), tree(&frmChlTree::AddGlobalChannels));
-  AddAction(channels, QStringLiteral("&Replace Channel..."), tree(&frmChlTree::ReplaceCurrentChannel));
-  AddAction(channels, QStringLiteral("Replace Channel in all Outings..."), tree(&frmChlTree::ReplaceGlobalChannel));
-  AddAction(channels, QStringLiteral("Replace All Channels..."), tree(&frmChlTree::ReplaceAllChannels));
-  AddAction(channels, QStringLiteral("&Delete Channel"), tree(&frmChlTree::DeleteCurrentChannel));
-  AddAction(channels, QStringLiteral("Delete Channel from all Outings"), tree(&frmChlTree::DeleteGlobalChannel));
+  AddAction(channels, "mnuAddChannel", QStringLiteral("Add &Channel(s)..."), tree(&frmChlTree::AddAnotherChannel), Qt::CTRL | Qt::Key_H);
+  AddAction(channels, "mnuAddGlobalChannel", QStringLiteral("Add Channel(s) to all Outings..."), tree(&frmChlTree::AddGlobalChannels));
+  AddAction(channels, "mnuReplaceChannel", QStringLiteral("&Replace Channel..."), tree(&frmChlTree::ReplaceCurrentChannel));
+  AddAction(channels, "mnuReplaceGlobalChannel", QStringLiteral("Replace Channel in all Outings..."), tree(&frmChlTree::ReplaceGlobalChannel));
+  AddAction(channels, "mnuReplaceAllChannels", QStringLiteral("Replace All Channels..."), tree(&frmChlTree::ReplaceAllChannels));
+  AddAction(channels, "mnuDeleteChannel", QStringLiteral("&Delete Channel"), tree(&frmChlTree::DeleteCurrentChannel));
+  AddAction(channels, "mnuDeleteGlobalChannel", QStringLiteral("Delete Channel from all Outings"), tree(&frmChlTree::DeleteGlobalChannel));
   channels->addSeparator();
-  AddAction(channels, QStringLiteral("&Filters..."), [this] { RunDialog(&EditFilters); });
-  AddAction(channels, QStringLiteral("Channel Co&lour..."), [this] { RunDialog(&EditChannelColor); });
-  AddAction(channels, QStringLiteral("&Events..."), [this] { RunDialog(&EditEvents); });
-  AddAction(channels, QStringLiteral("&Palette..."), [this] { RunDialog(&EditPalette); });
+  AddAction(channels, "mnuFilters", QStringLiteral("&Filters..."), [this] { RunDialog(&EditFilters); });
+  AddAction(channels, "mnuChannelColor", QStringLiteral("Channel Co&lour..."), [this] { RunDialog(&EditChannelColor); });
+  AddAction(channels, "mnuEvents", QStringLiteral("&Events..."), [this] { RunDialog(&EditEvents); });
+  AddAction(channels, "mnuEditPalette", QStringLiteral("&Palette..."), [this] { RunDialog(&EditPalette); });
 
   QMenu* math = menuBar()->addMenu(QStringLiteral("&Math"));
-  AddAction(math, QStringLiteral("&Math Channels..."), [this] { RunDialog(&EditMathChannels); }, Qt::CTRL | Qt::Key_M);
-  AddAction(math, QStringLiteral("&Constants..."), [this] { RunDialog(&EditConstants); });
+  AddAction(math, "mnuEditMath", QStringLiteral("&Math Channels..."), [this] { RunDialog(&EditMathChannels); }, Qt::CTRL | Qt::Key_M);
+  AddAction(math, "mnuConstants", QStringLiteral("&Constants..."), [this] { RunDialog(&EditConstants); });
 
   QMenu* track = menuBar()->addMenu(QStringLiteral("&Track"));
-  AddAction(track, QStringLiteral("&Load Track..."), [this] { RunDialog(&LoadTrack); });
-  QAction* unload = AddAction(track, QStringLiteral("&Unload Track"), [this] {
+  AddAction(track, "mnuLoadTrack", QStringLiteral("&Load Track..."), [this] { RunDialog(&LoadTrack); });
+  AddAction(track, "mnuUnloadTrack", QStringLiteral("&Unload Track"), [this] {
     UnloadTrack(ws_);
     AfterChange();
   });
-  unload->setObjectName(QStringLiteral("mnuUnloadTrack"));
-  AddAction(track, QStringLiteral("&New Map..."), [this] { RunDialog(&NewTrackMap); });
-  AddAction(track, QStringLiteral("Track &Data..."), [this] { RunDialog(&EditTrackData); });
+  AddAction(track, "mnuNewMap", QStringLiteral("&New Map..."), [this] { RunDialog(&NewTrackMap); });
+  AddAction(track, "mnuTrackData", QStringLiteral("Track &Data..."), [this] { RunDialog(&EditTrackData); });
   track->addSeparator();
-  AddAction(track, QStringLiteral("Edit &Splits..."), [this] { RunDialog(&EditSplits); });
-  AddAction(track, QStringLiteral("&User Distances..."), [this] { RunDialog(&EditUserSplits); });
+  AddAction(track, "mnuEditSplits", QStringLiteral("Edit &Splits..."), [this] { RunDialog(&EditSplits); });
+  AddAction(track, "mnuUserSplits", QStringLiteral("&User Distances..."), [this] { RunDialog(&EditUserSplits); });
 
   QMenu* datum = menuBar()->addMenu(QStringLiteral("&Datum"));
-  AddAction(datum, QStringLiteral("Select Datum &Outing..."), tree(&frmChlTree::SelectDatumOuting));
-  AddAction(datum, QStringLiteral("Select Datum &Lap..."), tree(&frmChlTree::ReplaceDatumLap));
-  AddAction(datum, QStringLiteral("&Delete Datum"), [this] { Run([&] { tree_.DeleteDatum(); }); });
+  AddAction(datum, "mnuDatumOuting", QStringLiteral("Select Datum &Outing..."), tree(&frmChlTree::SelectDatumOuting));
+  AddAction(datum, "mnuDatumLap", QStringLiteral("Select Datum &Lap..."), tree(&frmChlTree::ReplaceDatumLap));
+  AddAction(datum, "mnuDeleteDatum", QStringLiteral("&Delete Datum"), [this] { Run([&] { tree_.DeleteDatum(); }); });
 
   QMenu* plots = menuBar()->addMenu(QStringLiteral("&Plots"));
-  AddAction(plots, QStringLiteral("&Time Plot"), [this] { OpenGraphWindow(); }, Qt::Key_F2);
-  AddAction(plots, QStringLiteral("&Distance Plot"), [this] { OpenDistanceWindow(); }, Qt::Key_F3);
-  AddAction(plots, QStringLiteral("&XY Plot"), [this] { OpenPlotWindow(PlotWindow::XYPlot); }, Qt::Key_F4);
-  AddAction(plots, QStringLiteral("&Histogram"), [this] { OpenPlotWindow(PlotWindow::Histo); }, Qt::Key_F5);
+  AddAction(plots, "mnuTimePlot", QStringLiteral("&Time Plot"), [this] { OpenGraphWindow(); }, Qt::Key_F2);
+  AddAction(plots, "mnuDistancePlot", QStringLiteral("&Distance Plot"), [this] { OpenDistanceWindow(); }, Qt::Key_F3);
+  AddAction(plots, "mnuXYPlot", QStringLiteral("&XY Plot"), [this] { OpenPlotWindow(PlotWindow::XYPlot); }, Qt::Key_F4);
+  AddAction(plots, "mnuHistogram", QStringLiteral("&Histogram"), [this] { OpenPlotWindow(PlotWindow::Histo); }, Qt::Key_F5);
   plots->addSeparator();
-  QAction* tile = AddAction(plots, QStringLiteral("Tile &Graphs"), [this] {
+  QAction* tile = AddAction(plots, "mnuTileGraphs", QStringLiteral("Tile &Graphs"), [this] {
     FolderInView(ws_).Options.TileGraphs = !FolderInView(ws_).Options.TileGraphs;
     AfterChange();
   });
   tile->setCheckable(true);
-  QAction* events = AddAction(plots, QStringLiteral("&Event Markers"), [this] {
+  QAction* events = AddAction(plots, "mnuEventMarkers", QStringLiteral("&Event Markers"), [this] {
     ws_.Options.EventMarkers = !ws_.Options.EventMarkers;
     AfterChange();
   });
   events->setCheckable(true);
-  QAction* measure = AddAction(plots, QStringLiteral("&Measure Cursor"), [this] {
+  QAction* measure = AddAction(plots, "mnuMeasureCursor", QStringLiteral("&Measure Cursor"), [this] {
     ws_.Plots.MeasureCursor = !ws_.Plots.MeasureCursor;
     AfterChange();
   });
@@ -236,34 +237,34 @@ void frmMDIForm::BuildMenus() {
 
   QMenu* zoom = menuBar()->addMenu(QStringLiteral("&Zoom"));
   const auto view = [this](void (*command)(Workspace&)) { return [this, command] { command(ws_); }; };
-  AddAction(zoom, QStringLiteral("Zoom &In"), view(&ZoomIn), QKeySequence::ZoomIn);
-  AddAction(zoom, QStringLiteral("Zoom &Out"), view(&ZoomOut), QKeySequence::ZoomOut);
-  AddAction(zoom, QStringLiteral("Zoom &All"), view(&ZoomAll), Qt::CTRL | Qt::Key_A);
-  AddAction(zoom, QStringLiteral("Zoom to &Cursor"), view(&ZoomCursor));
+  AddAction(zoom, "mnuZoomGraph(0)", QStringLiteral("Zoom &In"), view(&ZoomIn), QKeySequence::ZoomIn);
+  AddAction(zoom, "mnuZoomGraph(1)", QStringLiteral("Zoom &Out"), view(&ZoomOut), QKeySequence::ZoomOut);
+  AddAction(zoom, "mnuZoomGraph(2)", QStringLiteral("Zoom &All"), view(&ZoomAll), Qt::CTRL | Qt::Key_A);
+  AddAction(zoom, "mnuZoomGraph(3)", QStringLiteral("Zoom to &Cursor"), view(&ZoomCursor));
   // Not on the arrows: with Ctrl they step the cursor by ten samples.
-  AddAction(zoom, QStringLiteral("Scroll &Left"), view(&ScrollLeft), Qt::ALT | Qt::Key_PageUp);
-  AddAction(zoom, QStringLiteral("Scroll &Right"), view(&ScrollRight), Qt::ALT | Qt::Key_PageDown);
-  AddAction(zoom, QStringLiteral("Go to &Start"), view(&GotoStart));
-  AddAction(zoom, QStringLiteral("Go to &End"), view(&GotoEnd));
+  AddAction(zoom, "mnuScrollGraph(0)", QStringLiteral("Scroll &Left"), view(&ScrollLeft), Qt::ALT | Qt::Key_PageUp);
+  AddAction(zoom, "mnuScrollGraph(1)", QStringLiteral("Scroll &Right"), view(&ScrollRight), Qt::ALT | Qt::Key_PageDown);
+  AddAction(zoom, "mnuGoto(0)", QStringLiteral("Go to &Start"), view(&GotoStart));
+  AddAction(zoom, "mnuGoto(1)", QStringLiteral("Go to &End"), view(&GotoEnd));
   for (const bool maximum : {false, true}) {
-    AddAction(zoom, maximum ? QStringLiteral("Go to Ma&ximum") : QStringLiteral("Go to Mi&nimum"), [this, maximum] {
+    AddAction(zoom, maximum ? "mnuGotoMinMax(1)" : "mnuGotoMinMax(0)", maximum ? QStringLiteral("Go to Ma&ximum") : QStringLiteral("Go to Mi&nimum"), [this, maximum] {
       if (GraphWindow* g = ActiveLinePlot()) g->Event([&] { g->Graph().ManualMinMaxMove(maximum); });
     });
   }
   zoom->addSeparator();
-  AddAction(zoom, QStringLiteral("&Undo Zoom"), view(&UndoZoom), QKeySequence::Undo);
+  AddAction(zoom, "mnuUndoLast", QStringLiteral("&Undo Zoom"), view(&UndoZoom), QKeySequence::Undo);
 
   QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
-  AddAction(window, QStringLiteral("Tile &Horizontally"), [this] { TileWindows(false); });
-  AddAction(window, QStringLiteral("Tile &Vertically"), [this] { TileWindows(true); });
-  AddAction(window, QStringLiteral("&Cascade"), [this] { mdi_->cascadeSubWindows(); });
-  AddAction(window, QStringLiteral("Channel &Tree"), [this] {
+  AddAction(window, "mnuTileHorizontal", QStringLiteral("Tile &Horizontally"), [this] { TileWindows(false); });
+  AddAction(window, "mnuTileVertical", QStringLiteral("Tile &Vertically"), [this] { TileWindows(true); });
+  AddAction(window, "mnuCascade", QStringLiteral("&Cascade"), [this] { mdi_->cascadeSubWindows(); });
+  AddAction(window, "mnuChannelTree", QStringLiteral("Channel &Tree"), [this] {
     tree_window_->show();
     mdi_->setActiveSubWindow(tree_window_);
   });
 
   QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-  AddAction(help, QStringLiteral("&Contents"), [this] { ShowHelp(); }, QKeySequence::HelpContents);
+  AddAction(help, "mnuHelpContents", QStringLiteral("&Contents"), [this] { ShowHelp(); }, QKeySequence::HelpContents);
 }
 
 void frmMDIForm::RunDialog(void (*open)(DialogHost&)) {
@@ -477,8 +478,10 @@ void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
     if (GraphWindow* g = ActiveLinePlot()) g->Event([&] { g->Graph().KeyDown(key, false, false, false); });
   };
   if (over_axis) {
-    menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(LinePlot::Key::Down); });
-    menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(LinePlot::Key::Up); });
+    QAction* next = menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(LinePlot::Key::Down); });
+    next->setObjectName(QStringLiteral("mnuAxisChannel(0)"));
+    QAction* previous = menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(LinePlot::Key::Up); });
+    previous->setObjectName(QStringLiteral("mnuAxisChannel(1)"));
     menu.addSeparator();
     // Scales of further channels beside the plot: two in the left panel, one in the right.
     const char* places[] = {"Left Panel Scale...", "Second Left Panel Scale...", "Right Panel Scale..."};
@@ -499,10 +502,10 @@ void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
 
 void frmMDIForm::ChooseAxisPanelChannel(int place) {
   FolderRec& folder = FolderInView(ws_);
-  const std::vector<int> chosen = host_->ChooseChannels(QStringLiteral("Select Channel"), folder.SelOuting, false);
-  if (chosen.empty()) return;
+  const int chosen = ChooseAxisChannel(dialogs_, folder.SelOuting);
+  if (chosen < 0) return;
   OutingRec& o = folder.Outings[static_cast<std::size_t>(folder.SelOuting)];
-  const std::size_t c = static_cast<std::size_t>(chosen.front());
+  const std::size_t c = static_cast<std::size_t>(chosen);
   folder.AxisPanelChannels[static_cast<std::size_t>(place)] = o.Channels.at(c).ShortName.trimmed();
   // A scale stands beside its trace: the channel is drawn in the lap on the axis.
   if (o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size()) && c < o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels.size()) {
@@ -529,7 +532,7 @@ void frmMDIForm::TreeMenu(QPoint global) {
   if (level == kLevelRoot) names = {"Edit Folder Name", "Group Laps", "Entire Outing"};
   if (level == kLevelSupport) names = SupportCommands(SelectedTag(tree_));
   for (const char* name : names) menu.addAction(Action(QString::fromLatin1(name)));
-  menu.exec(global);
+  if (!menu.isEmpty()) menu.exec(global);  // "Def : Channel Setup" has no command
 }
 
 void frmMDIForm::OpenSupportNode() {

@@ -1,16 +1,21 @@
 #pragma once
 
 // `orlan demo`: a complete installation in a home folder, for someone who has no data yet:
-// the directories, a factory CHANNEL.DSC, math definitions and constants, and simulated outings.
+// the directories, a factory CHANNEL.DSC, math definitions and constants, simulated outings, and
+// a map of Silverstone made from one of them.
 
 #include <QString>
 #include <QStringList>
 
 class Messages;
+struct PathSettings;
 
 // Where the shipped data (circuit centrelines) lies: $ORLAN_DATA_DIR, the installed share
 // folder beside the program, or the source tree.
 QString ShippedDataDirectory();
+
+// The demo's map of Silverstone in the track directory.
+QString DemoMapPath(const PathSettings& paths);
 
 struct DemoResult {
   QStringList Written;  // files made by this run
