@@ -1,6 +1,7 @@
 #include "ui/Screenshots.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
@@ -8,6 +9,7 @@
 #include <QMdiSubWindow>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <cstdio>
 
 #include "core/app/Files.h"
 #include "core/app/Paths.h"
@@ -84,9 +86,14 @@ int RunScreenshots(const QString& home, const QString& dir) {
   Workspace ws(messages, demo);
   if (!StartUp(ws)) return 1;
   int failed = 0;
+  // Each picture written is named on stdout, so a caller knows the whole set.
   const Screenshot shot = [&](QWidget* window, const QString& name) {
     QApplication::processEvents();
-    if (window != nullptr && window->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")))) return;
+    const QString file = name + QStringLiteral(".png");
+    if (window != nullptr && window->grab().save(QDir(dir).filePath(file))) {
+      std::printf("%s\n", qUtf8Printable(file));
+      return;
+    }
     ++failed;
     messages.Show(QStringLiteral("No picture of ") + name, QStringLiteral("Screenshots"), MessageIcon::Exclamation);
   };
@@ -98,7 +105,7 @@ int RunScreenshots(const QString& home, const QString& dir) {
     QApplication::processEvents();
     shot(&window, QStringLiteral("frmMDIForm"));
     shot(window.TreeView(), QStringLiteral("frmChlTree"));
-    if (GraphWindow* g = window.OpenGraphWindow(false)) shot(g, QStringLiteral("frmGraph"));
+    shot(window.OpenGraphWindow(false), QStringLiteral("frmGraph"));
     // Each further plot window over the whole area, one at a time.
     for (PlotWindow kind : {PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo}) {
       PlotWindowBase* p = kind == PlotWindow::Distance ? window.OpenDistanceWindow() : window.OpenPlotWindow(kind);
@@ -114,15 +121,18 @@ int RunScreenshots(const QString& home, const QString& dir) {
     const struct {
       const char* command;
       const char* name;
-    } tree_dialogs[] = {{"Add Lap(s)", "frmLapSelect"},     {"Add Channel(s)", "frmChlSelect"},
+    } tree_dialogs[] = {{"Add Lap(s)", "frmLapSelect"},         {"Add Channel(s)", "frmChlSelect"},
                         {"Select Datum Outing", "frmDatumFile"}, {"Hide Laps", "frmLapHide"},
-                        {"Group Laps", "frmGroupLaps"},     {"Lap Colour", "frmChlColorLap"}};
+                        {"Group Laps", "frmGroupLaps"},          {"Lap Colour", "frmChlColorLap"}};
     for (const auto& d : tree_dialogs) {
-      ShootModal(shot, QString::fromLatin1(d.name), [&] { window.Action(QString::fromLatin1(d.command))->trigger(); });
+      ShootModal(shot, QString::fromLatin1(d.name), [&] {
+        if (QAction* a = window.Action(QString::fromLatin1(d.command))) a->trigger();
+      });
     }
     MathScreenshots(window.Dialogs(), shot);
     TrackScreenshots(window.Dialogs(), shot);
     ChannelScreenshots(window.Dialogs(), shot);
   }
+  std::fflush(stdout);
   return failed == 0 ? 0 : 1;
 }
