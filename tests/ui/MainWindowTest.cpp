@@ -239,7 +239,8 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   // F1 asks the desktop to show the guide start-up installed.
   QTextBrowser browser;
   QDesktopServices::setUrlHandler("file", &browser, "setSource");
-  QApplication::setActiveWindow(s.window.get());
+  s.window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(s.window.get()));  // the closed dialogs had the focus
   QTest::keyClick(s.window.get(), Qt::Key_F1);
   QDesktopServices::unsetUrlHandler("file");
   ASSERT_FALSE(s.ws->HelpFilePath.isEmpty());

@@ -77,14 +77,18 @@ bool MakeDemoMap(const QString& home, Messages& messages) {
   if (!StartUp(ws, false)) return false;
   ws.CurOuting = 0;
   if (!OpenOuting(ws, JoinPath(ws.Paths.DataDirectory, kDemoMapOuting))) return false;
-  TrackSettings s = SetDefaults();
-  s.CreateMode = 1;
-  s.InvertCalibration = true;  // the demo logs left-hand corners as positive
-  return CreateTrack(ws, 0, OutingAt(ws, 0).FastLap, s) &&
+  return CreateTrack(ws, 0, OutingAt(ws, 0).FastLap, DemoMapSettings()) &&
          SaveNewTrack(ws, 0, kDemoMapName, QStringLiteral("Gyro, fast lap of ") + kDemoMapOuting);
 }
 
 }  // namespace
+
+TrackSettings DemoMapSettings() {
+  TrackSettings s = SetDefaults();
+  s.CreateMode = 1;
+  s.InvertCalibration = true;  // the demo logs left-hand corners as positive
+  return s;
+}
 
 QString DemoMapPath(const PathSettings& paths) { return JoinPath(paths.TrackDirectory, kDemoMapName + QStringLiteral(".MAP")); }
 

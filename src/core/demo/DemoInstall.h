@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "core/track/TrackSettings.h"
+
 class Messages;
 struct PathSettings;
 
@@ -14,8 +16,9 @@ struct PathSettings;
 // folder beside the program, or the source tree.
 QString ShippedDataDirectory();
 
-// The demo's map of Silverstone in the track directory.
+// The demo's map of Silverstone in the track directory, and the settings it is made with.
 QString DemoMapPath(const PathSettings& paths);
+TrackSettings DemoMapSettings();
 
 struct DemoResult {
   QStringList Written;  // files made by this run

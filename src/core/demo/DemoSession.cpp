@@ -54,10 +54,12 @@ bool WriteDemoSession(const QString& home, Messages& messages) {
   // Speed and throttle each in a band of its own; no other option of the home is touched.
   ws.Settings.WriteBool(kAppAnalysis, FolderSection("UserOptions", 0), "TileGraphs", true);
   ws.Settings.WriteBool(kAppAnalysis, FolderSection("Graph", 0), "Active", true);
-  // The demo's map, when it was made, is the folder's; laps within 2 % of it are stretched to it.
+  // The demo's map, when it was made, is the folder's; laps within 2 % of it are stretched to it,
+  // and a new map starts from the settings that made it.
   if (FileExists(DemoMapPath(ws.Paths))) {
     ws.Settings.Write(kAppAnalysis, FolderSection("Track", 0), "CurrentTrack", DemoMapPath(ws.Paths));
     ws.Settings.WriteInt(kAppAnalysis, FolderSection("Track", 0), "TrackCorrection", 2);
+    WriteTrackSettings(ws, DemoMapSettings());
   }
   ws.Settings.Sync(kAppAnalysis);
   return true;
