@@ -72,8 +72,10 @@ bool MakeOuting(DemoOutingSpec spec, const QString& path, int laps_cap, QString*
 
 // The demo's map of Silverstone, made the program's own way: from the gyro of the first run's
 // fast lap (the cleanest of the three ways on the demo's data), as `orlan track create` does.
-bool MakeDemoMap(const QString& home, Messages& messages) {
-  Workspace ws(messages, home);
+// A home whose SILV0101.DAT is a file of the person's own gets no map, without a word.
+bool MakeDemoMap(const QString& home) {
+  RecordingMessages quiet;
+  Workspace ws(quiet, home);
   if (!StartUp(ws, false)) return false;
   ws.CurOuting = 0;
   if (!OpenOuting(ws, JoinPath(ws.Paths.DataDirectory, kDemoMapOuting))) return false;
@@ -90,7 +92,9 @@ TrackSettings DemoMapSettings() {
   return s;
 }
 
-QString DemoMapPath(const PathSettings& paths) { return JoinPath(paths.TrackDirectory, kDemoMapName + QStringLiteral(".MAP")); }
+QString DemoMapPath(const PathSettings& paths) {
+  return JoinPath(paths.TrackDirectory, kDemoMapName + QStringLiteral(".MAP"));
+}
 
 QString ShippedDataDirectory() {
   const QByteArray env = qgetenv("ORLAN_DATA_DIR");
@@ -139,5 +143,11 @@ bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult&
     ok = MakeIfMissing(path, result, error, [&] { return MakeOuting(spec, path, laps_cap, error); });
     result.Outings << path;
   }
-  return ok && MakeIfMissing(DemoMapPath(ws.Paths), result, error, [&] { return MakeDemoMap(home, messages); });
+  const QString map = DemoMapPath(ws.Paths);
+  if (QFileInfo::exists(map)) {
+    result.Kept << map;
+  } else if (ok && MakeDemoMap(home)) {
+    result.Written << map;
+  }
+  return ok;
 }
