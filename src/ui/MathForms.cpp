@@ -158,7 +158,8 @@ bool EditMathScales(QWidget* parent, Workspace& ws, const QString& name) {
   auto* colour = new QComboBox;
   colour->setObjectName(QStringLiteral("cboColor"));
   // Numbered as the palette's entries are, "00" to "19".
-  for (int i = 0; i < kPaletteSize; ++i) colour->addItem(Swatch(ws, i), QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0')));
+  for (int i = 0; i < kPaletteSize; ++i)
+    colour->addItem(Swatch(ws, i), QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0')));
   colour->setCurrentIndex(form.Color);
   auto* grid = new QFormLayout;
   grid->addRow(QStringLiteral("&Units :"), units);

@@ -41,8 +41,9 @@ QString DemoHome(const QString& home, const QString& scratch, Messages& messages
   if (!home.isEmpty()) {
     const bool installed = QFileInfo::exists(JoinPath(DefaultPaths(home).SetupDirectory, kChannelDscFileName));
     if (!installed || HoldsDemoSession(home, messages)) return MakeDemo(home, messages) ? home : QString();
-    messages.Show(home + QStringLiteral(" holds a session of its own: the pictures show the demo in a home of their own"),
-                  QStringLiteral("Screenshots"), MessageIcon::Information);
+    messages.Show(
+        home + QStringLiteral(" holds a session of its own: the pictures show the demo in a home of their own"),
+        QStringLiteral("Screenshots"), MessageIcon::Information);
   }
   return MakeDemo(scratch, messages) ? scratch : QString();
 }
@@ -121,7 +122,7 @@ int RunScreenshots(const QString& home, const QString& dir) {
     const struct {
       const char* command;
       const char* name;
-    } tree_dialogs[] = {{"Add Lap(s)", "frmLapSelect"},         {"Add Channel(s)", "frmChlSelect"},
+    } tree_dialogs[] = {{"Add Lap(s)", "frmLapSelect"},          {"Add Channel(s)", "frmChlSelect"},
                         {"Select Datum Outing", "frmDatumFile"}, {"Hide Laps", "frmLapHide"},
                         {"Group Laps", "frmGroupLaps"},          {"Lap Colour", "frmChlColorLap"}};
     for (const auto& d : tree_dialogs) {

@@ -26,7 +26,8 @@ FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::
 
 QString SelectedTag(const frmChlTree& tree) {
   const int node = tree.SelectedNode();
-  return node >= 0 && node < static_cast<int>(tree.Nodes().size()) ? tree.Nodes()[static_cast<std::size_t>(node)].Tag : QString();
+  return node >= 0 && node < static_cast<int>(tree.Nodes().size()) ? tree.Nodes()[static_cast<std::size_t>(node)].Tag
+                                                                   : QString();
 }
 
 // The commands of a support node of the tree, the one a double click runs first.
@@ -40,7 +41,7 @@ std::vector<const char*> SupportCommands(const QString& tag) {
 }  // namespace
 
 QAction* frmMDIForm::AddAction(QMenu* menu, const char* name, const QString& text, std::function<void()> run,
-                                const QKeySequence& key) {
+                               const QKeySequence& key) {
   QAction* a = menu->addAction(text);
   a->setObjectName(QString::fromLatin1(name));
   if (!key.isEmpty()) a->setShortcut(key);
@@ -227,7 +228,8 @@ void frmMDIForm::RunDialog(void (*open)(DialogHost&)) {
 
 bool frmMDIForm::ShowHelp() {
   if (ws_.HelpFilePath.isEmpty()) {
-    ws_.messages.Show(QStringLiteral("Warning : No HTML Help file found"), QStringLiteral("Load Help"), MessageIcon::Exclamation);
+    ws_.messages.Show(QStringLiteral("Warning : No HTML Help file found"), QStringLiteral("Load Help"),
+                      MessageIcon::Exclamation);
     return false;
   }
   return QDesktopServices::openUrl(QUrl::fromLocalFile(ws_.HelpFilePath));
@@ -263,9 +265,11 @@ void frmMDIForm::TreeMenu(QPoint global) {
   }
   std::vector<const char*> names;
   if (level == kLevelDatum) names = {"Select Datum Outing", "Select Datum Lap", "Delete Datum"};
-  if (level == kLevelOuting) names = {"Outing Colour", "Undo Outing Colour", "Hide Outing", "Hide Laps", "Delete Outing"};
+  if (level == kLevelOuting)
+    names = {"Outing Colour", "Undo Outing Colour", "Hide Outing", "Hide Laps", "Delete Outing"};
   if (level == kLevelLap) names = {"Add Next Lap", "Add Previous Lap", "Lap Colour", "Undo Lap Colour", "Delete Lap"};
-  if (level == kLevelChannel) names = {"Add Channel(s) to all Outings", "Delete Channel", "Delete Channel from all Outings"};
+  if (level == kLevelChannel)
+    names = {"Add Channel(s) to all Outings", "Delete Channel", "Delete Channel from all Outings"};
   if (level == kLevelRoot) names = {"Edit Folder Name", "Group Laps", "Entire Outing"};
   if (level == kLevelSupport) names = SupportCommands(SelectedTag(tree_));
   for (const char* name : names) menu.addAction(Action(QString::fromLatin1(name)));

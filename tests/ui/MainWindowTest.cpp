@@ -8,14 +8,15 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiArea>
-#include <QPushButton>
-#include <QTextBrowser>
-#include <QSettings>
 #include <QMdiSubWindow>
+#include <QPushButton>
+#include <QSettings>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QTextBrowser>
 #include <QtTest/QTest>
 
+#include "UiSession.h"
 #include "core/app/Files.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
@@ -29,7 +30,6 @@
 #include "ui/PlotCanvas.h"
 #include "ui/TreeWindow.h"
 #include "ui/frmMDIForm.h"
-#include "UiSession.h"
 
 namespace {
 
@@ -210,8 +210,10 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
 
   // The tree's support nodes open their editors.
   TreeWindow* tree = s.window->TreeView();
-  for (const auto& [node, editor] : {std::pair{"Math Channels", "frmEditMath"}, std::pair{"Constants", "frmConstants"}}) {
-    const QList<QTreeWidgetItem*> found = tree->findItems(QString::fromLatin1(node), Qt::MatchExactly | Qt::MatchRecursive);
+  for (const auto& [node, editor] :
+       {std::pair{"Math Channels", "frmEditMath"}, std::pair{"Constants", "frmConstants"}}) {
+    const QList<QTreeWidgetItem*> found =
+        tree->findItems(QString::fromLatin1(node), Qt::MatchExactly | Qt::MatchRecursive);
     ASSERT_EQ(found.size(), 1) << node;
     QString opened;
     WhenModal([&](QWidget* d) { opened = d->objectName(); });

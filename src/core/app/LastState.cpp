@@ -152,9 +152,12 @@ void SaveFolderState(Workspace& ws) {
 std::vector<int> ReadFolderState(Workspace& ws) {
   std::vector<int> in_use;
   const int16_t folder_before = ws.CurFolder, outing_before = ws.CurOuting;
-  const auto folder_in_use = [&](int f) { return f == 0 || ws.Settings.ReadBool(kAppAnalysis, Section(f), "InUse", false); };
+  const auto folder_in_use = [&](int f) {
+    return f == 0 || ws.Settings.ReadBool(kAppAnalysis, Section(f), "InUse", false);
+  };
   int outings = 0;
-  for (int f = 0; f < kFolderCount; ++f) outings += folder_in_use(f) ? static_cast<int>(SavedOutingFiles(ws, f).size()) : 0;
+  for (int f = 0; f < kFolderCount; ++f)
+    outings += folder_in_use(f) ? static_cast<int>(SavedOutingFiles(ws, f).size()) : 0;
   ProgressScope progress(ws, QStringLiteral("Opening the last session"), outings, true);
   Opening opening{progress};
   for (int f = 0; f < kFolderCount; ++f) {

@@ -27,7 +27,8 @@ struct DemoResult {
 };
 
 // Makes what is missing of the demo installation in `home`; never overwrites a file that is
-// there (the map is left out when its outing is a file of the person's own). False, with the reason in `error`, when a file cannot be made. A `laps_cap` above 0
-// shortens every outing to that many timed laps (for quick checks).
+// there (the map is left out when its outing is a file of the person's own). False, with the
+// reason in `error`, when a file cannot be made. A `laps_cap` above 0 shortens every outing to
+// that many timed laps (for quick checks).
 bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult& result, QString* error,
                             int laps_cap = 0);

@@ -140,7 +140,8 @@ frmUserSplits::frmUserSplits(Workspace& ws, int slot) : ws_(ws), slot_(slot) {
   }
   // A stored table shorter than the boxes ended on the lap's end: that entry isn't shown.
   const std::vector<float>& kept = o.UserSplits;
-  const std::size_t shown = !kept.empty() && kept.size() < Boxes.size() ? kept.size() - 1 : std::min(kept.size(), Boxes.size());
+  const std::size_t shown =
+      !kept.empty() && kept.size() < Boxes.size() ? kept.size() - 1 : std::min(kept.size(), Boxes.size());
   std::copy_n(kept.begin(), shown, Boxes.begin());
 }
 

@@ -31,7 +31,8 @@ bool frmShiftBeacon::cmdOK() {
   const OutingRec& o = OutingAt(ws_, slot_);
   const int64_t ms = RoundHalfEven(shift * 1000);
   const auto row = [&](int i) { return static_cast<int64_t>(o.Laps[static_cast<std::size_t>(i)].StartTime); };
-  if (o.LastLap >= 3 && (row(1) + ms <= row(0) || row(o.LastLap - 2) + ms >= row(o.LastLap - 1))) return ShiftFailed(ws_);
+  if (o.LastLap >= 3 && (row(1) + ms <= row(0) || row(o.LastLap - 2) + ms >= row(o.LastLap - 1)))
+    return ShiftFailed(ws_);
   ShiftTime(ws_, slot_, shift);
   return true;
 }

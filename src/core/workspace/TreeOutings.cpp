@@ -170,7 +170,8 @@ bool frmChlTree::ReplaceGlobalOuting() {
   }
   ws_.CurFolder = keep_folder;
   ws_.CurOuting = keep_outing;
-  if (!any && !stopped) ws_.messages.Show(QStringLiteral("No Outings to replace"), kReplaceGlobalTitle, MessageIcon::Exclamation);
+  if (!any && !stopped)
+    ws_.messages.Show(QStringLiteral("No Outings to replace"), kReplaceGlobalTitle, MessageIcon::Exclamation);
   if (!HasCurrentOuting()) FindCurrentOuting(ws_);
   Rebuild();
   return any;

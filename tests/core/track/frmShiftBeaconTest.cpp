@@ -23,7 +23,7 @@ TEST(frmShiftBeaconTest, ShiftsTheInnerBeaconsByTimeWithinTheirNeighbours) {
       {{0, 60000, 160000, 260000, 300000}, "100", {0, 60000, 160000, 260000, 300000}, true},
       {{0, 60000, 160000, 260000, 300000}, "1,5", {0, 60000, 160000, 260000, 300000}, true},
       {{0, 60000, 61000, 62000}, "0.5", {0, 60500, 61000, 62000}, false},  // one beacon between
-      {{0, 60000, 300000}, "1", {0, 60000, 300000}, false},                 // none between: nothing moves
+      {{0, 60000, 300000}, "1", {0, 60000, 300000}, false},                // none between: nothing moves
   };
   for (const auto& c : cases) {
     BareWorkspace b;
