@@ -1,8 +1,6 @@
 // `orlan gui [--home DIR] [--screenshots DIR]`: the main window on the home's settings and data,
 // or a picture of each of its windows and dialogs.
 
-#include <QTemporaryDir>
-
 #include "cli/Commands.h"
 #include "core/app/Paths.h"
 #include "ui/RunGui.h"
@@ -13,15 +11,14 @@ void AddGuiCommand(CLI::App& cli, CliContext& context) {
   AddHomeOption(*sub, context);
   auto shots = std::make_shared<std::string>();
   sub->add_option("--screenshots", *shots,
-                  "Write a PNG of every window and dialog into this folder and exit (offscreen; without "
-                  "--home on a demo installation of its own)");
+                  "Write a PNG of every window and dialog of the demo session into this folder and exit "
+                  "(offscreen; in --home when it holds the demo or nothing yet, else in a demo of its own)");
   sub->callback([&context, shots] {
     if (shots->empty()) {
       context.exit_code = RunGui(ResolveHome(QString::fromStdString(context.home)));
       return;
     }
-    QTemporaryDir demo;
-    const QString home = context.home.empty() ? demo.path() : ResolveHome(QString::fromStdString(context.home));
+    const QString home = context.home.empty() ? QString() : ResolveHome(QString::fromStdString(context.home));
     context.exit_code = RunScreenshots(home, QString::fromStdString(*shots));
   });
 }

@@ -17,7 +17,8 @@ struct DialogHost {
   std::function<void()> Changed;  // tree and plots show what changed
 };
 
-// Saves a picture of a window or dialog as it stands, named after its class ("frmEditMath").
+// Saves a picture of a window or dialog as it stands, named after its class ("frmEditMath"); no
+// window: the dialog never showed, and the picture is missing.
 using Screenshot = std::function<void(QWidget* window, const QString& name)>;
 
 // Math channels and constants: frmEditMath with frmNewMath and frmChlMath; frmConstants with

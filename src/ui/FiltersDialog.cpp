@@ -4,8 +4,6 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <algorithm>
-#include <limits>
 
 #include "core/app/Workspace.h"
 #include "core/compute/frmFilters.h"
@@ -15,9 +13,6 @@
 using namespace channel_dialogs;
 
 namespace {
-
-// The kernel lengths a filter runs with: a stored length outside them is clamped.
-constexpr int kMinKernel = 10, kMaxKernel = 200;
 
 QComboBox* List(const char* name, const QStringList& items) {
   auto* box = new QComboBox;
@@ -32,10 +27,8 @@ QLineEdit* CutoffBox(const char* name, const QString& text) {
   return box;
 }
 
-// Shows the stored number as the filter runs with it, clamped into [low, high] (a kernel of 0
-// from CHANNEL.DSC runs as 10), and adds it when it is none of the list's.
-void ShowNumber(QComboBox* box, const QString& stored, int low, int high) {
-  const QString text = QString::number(std::clamp(stored.toInt(), low, high));
+// Shows the number the form holds, added to the list when it is none of the list's.
+void ShowNumber(QComboBox* box, const QString& text) {
   if (box->findText(text) < 0) box->addItem(text);
   box->setCurrentText(text);
 }
@@ -57,8 +50,8 @@ void EditFilters(DialogHost& host) {
   QLineEdit* high = CutoffBox("txtHigh", form.txtHigh);
   type->setCurrentIndex(form.cboType);
   window->setCurrentIndex(form.cboWindow);
-  ShowNumber(kernel, form.cboKernel, kMinKernel, kMaxKernel);
-  ShowNumber(points, form.cboPoints, 1, std::numeric_limits<int16_t>::max());
+  ShowNumber(kernel, form.cboKernel);
+  ShowNumber(points, form.cboPoints);
 
   auto* rows = new QFormLayout;
   rows->addRow(QStringLiteral("Filter &type"), type);

@@ -32,15 +32,21 @@ void MathScreenshots(DialogHost& host, const Screenshot& shot) {
       const char* name;
     } forms[] = {{"mnuDefineNew", "frmNewMath"}, {"mnuSelectChannel", "frmChlMath"}, {"mnuScales", "frmMathScales"}};
     for (const auto& f : forms) {
-      ShootModal(shot, QString::fromLatin1(f.name), [&] { editor.Menu(f.menu)->trigger(); });
+      ShootModal(shot, QString::fromLatin1(f.name), [&] {
+        if (QAction* a = editor.Menu(f.menu)) a->trigger();
+      });
     }
-    ShootModal(shot, QStringLiteral("frmChlList"), [&] { editor.findChild<QAbstractButton*>("cmdChannel")->click(); });
+    ShootModal(shot, QStringLiteral("frmChlList"), [&] {
+      if (auto* b = editor.findChild<QAbstractButton*>("cmdChannel")) b->click();
+    });
     editor.hide();
   }
   ConstantsDialog constants(host);
   constants.show();
   QApplication::processEvents();
   shot(&constants, QStringLiteral("frmConstants"));
-  ShootModal(shot, QStringLiteral("frmNewConst"), [&] { constants.Menu("mnuAddConstant")->trigger(); });
+  ShootModal(shot, QStringLiteral("frmNewConst"), [&] {
+    if (QAction* a = constants.Menu("mnuAddConstant")) a->trigger();
+  });
   constants.hide();
 }

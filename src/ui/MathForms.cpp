@@ -157,7 +157,9 @@ bool EditMathScales(QWidget* parent, Workspace& ws, const QString& name) {
   decimals->setCurrentIndex(form.cboDecimals);
   auto* colour = new QComboBox;
   colour->setObjectName(QStringLiteral("cboColor"));
-  for (int i = 0; i < kPaletteSize; ++i) colour->addItem(Swatch(ws, i), QString::number(i + 1));
+  // Numbered as the palette's entries are, "00" to "19".
+  for (int i = 0; i < kPaletteSize; ++i)
+    colour->addItem(Swatch(ws, i), QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0')));
   colour->setCurrentIndex(form.Color);
   auto* grid = new QFormLayout;
   grid->addRow(QStringLiteral("&Units :"), units);

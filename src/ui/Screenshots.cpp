@@ -1,12 +1,15 @@
 #include "ui/Screenshots.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QFileInfo>
 #include <QMdiSubWindow>
+#include <QTemporaryDir>
 #include <QTimer>
+#include <cstdio>
 
 #include "core/app/Files.h"
 #include "core/app/Paths.h"
@@ -22,9 +25,7 @@
 
 namespace {
 
-// A home that can open the demo session: made when it holds no CHANNEL.DSC yet.
-bool EnsureDemo(const QString& home, Messages& messages) {
-  if (QFileInfo::exists(JoinPath(DefaultPaths(home).SetupDirectory, kChannelDscFileName))) return true;
+bool MakeDemo(const QString& home, Messages& messages) {
   DemoResult made;
   QString error;
   if (!CreateDemoInstallation(home, messages, made, &error)) {
@@ -34,41 +35,68 @@ bool EnsureDemo(const QString& home, Messages& messages) {
   return WriteDemoSession(home, messages);
 }
 
+// The home whose demo session is shot: `home` when it holds the demo session, or no installation
+// yet and gets the demo; otherwise a demo installation made in `scratch`. Empty on a failure.
+QString DemoHome(const QString& home, const QString& scratch, Messages& messages) {
+  if (!home.isEmpty()) {
+    const bool installed = QFileInfo::exists(JoinPath(DefaultPaths(home).SetupDirectory, kChannelDscFileName));
+    if (!installed || HoldsDemoSession(home, messages)) return MakeDemo(home, messages) ? home : QString();
+    messages.Show(
+        home + QStringLiteral(" holds a session of its own: the pictures show the demo in a home of their own"),
+        QStringLiteral("Screenshots"), MessageIcon::Information);
+  }
+  return MakeDemo(scratch, messages) ? scratch : QString();
+}
+
 }  // namespace
 
-void ShootModal(const Screenshot& shot, const QString& name, const std::function<void()>& open) {
+void ShootModal(const Screenshot& shot, const QString& name, const std::function<void()>& open,
+                const std::function<void(QWidget*)>& inside) {
   QWidget* before = QApplication::activeModalWidget();
-  auto* timer = new QTimer;
-  int tries = 0;
-  QObject::connect(timer, &QTimer::timeout, [=]() mutable {
+  // The timer lives only while `open` runs: a command that showed nothing can't leave it to take
+  // a later dialog under this name.
+  QTimer timer;
+  bool shown = false;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
     QWidget* modal = QApplication::activeModalWidget();
-    if ((modal == nullptr || modal == before) && ++tries < 200) return;
-    timer->stop();
-    timer->deleteLater();
     if (modal == nullptr || modal == before) return;
+    timer.stop();
+    shown = true;
     QApplication::processEvents();
     shot(modal, name);
+    if (inside) inside(modal);
     if (auto* dialog = qobject_cast<QDialog*>(modal)) {
       dialog->reject();
     } else {
       modal->close();
     }
   });
-  timer->start(25);
+  timer.start(25);
   open();
+  timer.stop();
+  if (!shown) shot(nullptr, name);
 }
 
 int RunScreenshots(const QString& home, const QString& dir) {
   // Messages go to stderr and every question is answered no: nothing waits for a person, and
   // nothing of the session changes.
   StderrMessages messages;
-  if (!EnsureDemo(home, messages) || !QDir().mkpath(dir)) return 1;
-  Workspace ws(messages, home);
+  QTemporaryDir scratch;
+  const QString demo = DemoHome(home, scratch.path(), messages);
+  if (demo.isEmpty() || !QDir().mkpath(dir)) return 1;
+  Workspace ws(messages, demo);
   if (!StartUp(ws)) return 1;
   int failed = 0;
+  // Each picture written is named on stdout, so a caller knows the whole set.
   const Screenshot shot = [&](QWidget* window, const QString& name) {
     QApplication::processEvents();
-    if (!window->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")))) ++failed;
+    const QString file = name + QStringLiteral(".png");
+    if (window != nullptr && window->grab().save(QDir(dir).filePath(file))) {
+      std::printf("%s\n", qUtf8Printable(file));
+      return;
+    }
+    ++failed;
+    messages.Show(QStringLiteral("No picture of ") + name, QStringLiteral("Screenshots"), MessageIcon::Exclamation);
   };
   {
     frmMDIForm window(ws);
@@ -78,7 +106,7 @@ int RunScreenshots(const QString& home, const QString& dir) {
     QApplication::processEvents();
     shot(&window, QStringLiteral("frmMDIForm"));
     shot(window.TreeView(), QStringLiteral("frmChlTree"));
-    if (GraphWindow* g = window.OpenGraphWindow(false)) shot(g, QStringLiteral("frmGraph"));
+    shot(window.OpenGraphWindow(false), QStringLiteral("frmGraph"));
     // Each further plot window over the whole area, one at a time.
     for (PlotWindow kind : {PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo}) {
       PlotWindowBase* p = kind == PlotWindow::Distance ? window.OpenDistanceWindow() : window.OpenPlotWindow(kind);
@@ -94,15 +122,18 @@ int RunScreenshots(const QString& home, const QString& dir) {
     const struct {
       const char* command;
       const char* name;
-    } tree_dialogs[] = {{"Add Lap(s)", "frmLapSelect"},     {"Add Channel(s)", "frmChlSelect"},
+    } tree_dialogs[] = {{"Add Lap(s)", "frmLapSelect"},          {"Add Channel(s)", "frmChlSelect"},
                         {"Select Datum Outing", "frmDatumFile"}, {"Hide Laps", "frmLapHide"},
-                        {"Group Laps", "frmGroupLaps"},     {"Lap Colour", "frmChlColor"}};
+                        {"Group Laps", "frmGroupLaps"},          {"Lap Colour", "frmChlColorLap"}};
     for (const auto& d : tree_dialogs) {
-      ShootModal(shot, QString::fromLatin1(d.name), [&] { window.Action(QString::fromLatin1(d.command))->trigger(); });
+      ShootModal(shot, QString::fromLatin1(d.name), [&] {
+        if (QAction* a = window.Action(QString::fromLatin1(d.command))) a->trigger();
+      });
     }
     MathScreenshots(window.Dialogs(), shot);
     TrackScreenshots(window.Dialogs(), shot);
     ChannelScreenshots(window.Dialogs(), shot);
   }
+  std::fflush(stdout);
   return failed == 0 ? 0 : 1;
 }

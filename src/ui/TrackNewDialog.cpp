@@ -3,7 +3,6 @@
 // saved under a name through Track Data.
 
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -21,7 +20,6 @@
 #include <QVBoxLayout>
 #include <memory>
 
-#include "core/app/Progress.h"
 #include "core/app/Workspace.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/Laps.h"
@@ -195,15 +193,9 @@ class TrackNewDialog : public QDialog {
     FillSettings();
   }
 
-  // Making a map fetches the lap and integrates it point by point, on a long lap for long enough
-  // to show progress. It is one step that can't stop halfway, so there is no Cancel.
+  // The map reports its passes as progress; a cancel leaves the map, lap and settings shown.
   void Remake(const std::function<bool()>& make) {
-    {
-      ProgressScope progress(ws_, QStringLiteral("Creating the track map"), 1, false);
-      QApplication::setOverrideCursor(Qt::WaitCursor);  // the one step shows no bar moving
-      make();
-      QApplication::restoreOverrideCursor();
-    }
+    make();
     picture_->Options = TrackDrawOptions{.ShowSplits = false};
     marking_ = false;
     setWindowTitle(form_->Title());

@@ -7,10 +7,10 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
+#include <QLocale>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <cmath>
 
 #include "core/app/Workspace.h"
 #include "core/track/Splits.h"
@@ -93,18 +93,17 @@ class TrackSplitsDialog : public QDialog {
     }
   }
 
-  // AddNewSplit: the point's distance, as the person corrects it, within the lap.
+  // AddNewSplit: the point's distance, as the person corrects it; the table takes only a
+  // distance within the lap.
   void AddSplitAt(int point) {
-    const int most = std::max(1, static_cast<int>(std::floor(ws_.TrackLength)));
-    const int distance = ws_.Track.TrackPoints[static_cast<std::size_t>(point)].Distance;
     QInputDialog d(this);
     d.setWindowTitle(kTitle);
     d.setLabelText(QStringLiteral("Split Distance :"));
-    d.setInputMode(QInputDialog::IntInput);
-    d.setIntRange(1, most);
-    d.setIntValue(std::clamp(distance, 1, most));
+    d.setTextValue(QString::number(ws_.Track.TrackPoints[static_cast<std::size_t>(point)].Distance));
     if (d.exec() != QDialog::Accepted) return;
-    Redone(form_.AddNewSplit(point, d.intValue()));
+    bool ok = false;
+    const double value = QLocale().toDouble(d.textValue().trimmed(), &ok);
+    Redone(form_.AddNewSplit(point, ok ? value : d.textValue().trimmed().toDouble()));
   }
 
   Workspace& ws_;

@@ -12,31 +12,17 @@
 #include <array>
 
 #include "core/app/Workspace.h"
-#include "core/outing/HeaderProcessing.h"
 #include "core/track/Splits.h"
 #include "ui/Dialogs.h"
 #include "ui/TrackDialogs.h"
 
 namespace {
 
-// The current lap's length as the distance plots show it: stretched to the map.
-float LapDistance(const OutingRec& o) {
-  const int lap = o.CurLap;
-  if (lap < 0 || lap + 1 >= static_cast<int>(o.Laps.size())) return 0;
-  const LapRec& row = o.Laps[static_cast<std::size_t>(lap)];
-  return (o.Laps[static_cast<std::size_t>(lap) + 1].StartDistance - row.StartDistance) * row.DistanceScale;
-}
-
 class UserSplitsDialog : public QDialog {
  public:
-  UserSplitsDialog(Workspace& ws, OutingRec& outing, QWidget* parent)
-      : QDialog(parent), outing_(outing), form_(ws, LapDistance(outing)) {
+  UserSplitsDialog(Workspace& ws, int slot, QWidget* parent) : QDialog(parent), form_(ws, slot) {
     setObjectName(QStringLiteral("frmUserSplits"));
     setWindowTitle(QStringLiteral("User Distances"));
-    // The stored table ends on the lap's end, which cmdOK adds again: the boxes show the rest.
-    const std::vector<float>& kept = outing.UserSplits;
-    const std::size_t shown = kept.size() < form_.Boxes.size() && !kept.empty() ? kept.size() - 1 : std::min(kept.size(), form_.Boxes.size());
-    for (std::size_t k = 0; k < shown; ++k) form_.Boxes[k] = kept[k];
     auto* head = new QLabel(form_.Head());
     head->setObjectName(QStringLiteral("lblHead"));
     auto* rows = new QFormLayout;
@@ -86,11 +72,10 @@ class UserSplitsDialog : public QDialog {
     for (int k = 0; k < static_cast<int>(boxes_.size()); ++k) {
       if (!Leave(k)) return;
     }
-    outing_.UserSplits = form_.cmdOK();
+    form_.cmdOK();
     accept();
   }
 
-  OutingRec& outing_;
   frmUserSplits form_;
   std::array<QLineEdit*, 8> boxes_{};
 };
@@ -104,6 +89,6 @@ void EditUserSplits(DialogHost& host) {
     ws.messages.Show(QStringLiteral("No Outing Loaded"), QStringLiteral("User Splits"), MessageIcon::Exclamation);
     return;
   }
-  UserSplitsDialog d(ws, OutingAt(ws, slot), host.parent);
+  UserSplitsDialog d(ws, slot, host.parent);
   d.exec();
 }

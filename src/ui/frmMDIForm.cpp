@@ -3,12 +3,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDesktopServices>
-#include <QUrl>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QMenuBar>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabBar>
@@ -33,25 +30,10 @@
 
 namespace {
 
-QString Plain(QString text) { return text.remove(QLatin1Char('&')).remove(QStringLiteral("...")); }
-
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
 
 // The plot windows the program has, in the order their buttons stand.
 constexpr PlotWindow kPlotKinds[] = {PlotWindow::Graph, PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo};
-
-QString SelectedTag(const frmChlTree& tree) {
-  const int node = tree.SelectedNode();
-  return node >= 0 && node < static_cast<int>(tree.Nodes().size()) ? tree.Nodes()[static_cast<std::size_t>(node)].Tag : QString();
-}
-
-// The commands of a support node of the tree, the one a double click runs first.
-std::vector<const char*> SupportCommands(const QString& tag) {
-  if (tag == QLatin1String("MATH")) return {"Math Channels"};
-  if (tag == QLatin1String("CNST")) return {"Constants"};
-  if (tag == QLatin1String("TRAK")) return {"Load Track", "Track Data", "Edit Splits", "New Map", "Unload Track"};
-  return {};
-}
 
 // What the views span: the Datum's laps, or without a Datum the current outing's lap; and
 // whether there is any outing at all.
@@ -112,192 +94,9 @@ frmMDIForm::~frmMDIForm() {
   for (QMdiSubWindow* w : mdi_->subWindowList()) delete w;
 }
 
-QAction* frmMDIForm::AddAction(QMenu* menu, const QString& text, std::function<void()> run, const QKeySequence& key) {
-  QAction* a = menu->addAction(text);
-  if (!key.isEmpty()) a->setShortcut(key);
-  connect(a, &QAction::triggered, this, [run = std::move(run)] { run(); });
-  actions_[Plain(text)] = a;
-  return a;
-}
-
 QAction* frmMDIForm::Action(const QString& name) const {
   const auto it = actions_.find(name);
   return it == actions_.end() ? nullptr : it->second;
-}
-
-void frmMDIForm::BuildMenus() {
-  const auto tree = [this](bool (frmChlTree::*command)()) { return [this, command] { Run([&] { (tree_.*command)(); }); }; };
-  QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-  AddAction(file, QStringLiteral("Add New &Outing(s)..."), tree(&frmChlTree::AddAnotherOuting), QKeySequence::Open);
-  AddAction(file, QStringLiteral("Add Outing(s) to all Folders..."), tree(&frmChlTree::AddGlobalOuting));
-  AddAction(file, QStringLiteral("&Replace Outing..."), tree(&frmChlTree::ReplaceCurrentOuting));
-  AddAction(file, QStringLiteral("Replace All Outings..."), tree(&frmChlTree::ReplaceAllOutings));
-  AddAction(file, QStringLiteral("Replace Outing in All Folders..."), tree(&frmChlTree::ReplaceGlobalOuting));
-  AddAction(file, QStringLiteral("&Delete Outing"), [this] { Run([&] { tree_.DeleteCurrentOuting(ws_.CurOuting); }); });
-  file->addSeparator();
-  AddAction(file, QStringLiteral("Add New &Folder..."), tree(&frmChlTree::AddAnotherFolder));
-  AddAction(file, QStringLiteral("&Edit Folder Name..."), tree(&frmChlTree::mnuEditFolder));
-  AddAction(file, QStringLiteral("Delete Folder"), tree(&frmChlTree::DeleteCurrentFolder));
-  file->addSeparator();
-  AddAction(file, QStringLiteral("&Options..."), [this] { RunDialog(&EditOptions); });
-  file->addSeparator();
-  AddAction(file, QStringLiteral("E&xit"), [this] { close(); }, QKeySequence::Quit);
-
-  QMenu* laps = menuBar()->addMenu(QStringLiteral("&Laps"));
-  AddAction(laps, QStringLiteral("Add &Lap(s)..."), tree(&frmChlTree::AddAnotherLap));
-  AddAction(laps, QStringLiteral("Add &Next Lap"), tree(&frmChlTree::AddNextLap), Qt::CTRL | Qt::Key_N);
-  AddAction(laps, QStringLiteral("Add &Previous Lap"), tree(&frmChlTree::AddPreviousLap), Qt::CTRL | Qt::Key_P);
-  AddAction(laps, QStringLiteral("&Replace Lap..."), tree(&frmChlTree::ReplaceCurrentLap));
-  AddAction(laps, QStringLiteral("Replace with Next Lap"), tree(&frmChlTree::ReplaceWithNextLap), Qt::CTRL | Qt::SHIFT | Qt::Key_N);
-  AddAction(laps, QStringLiteral("Replace with Previous Lap"), tree(&frmChlTree::ReplaceWithPrevious), Qt::CTRL | Qt::SHIFT | Qt::Key_P);
-  AddAction(laps, QStringLiteral("&Delete Lap"), tree(&frmChlTree::DeleteCurrentLap));
-  laps->addSeparator();
-  QAction* entire = AddAction(laps, QStringLiteral("&Entire Outing"), [this] {
-    Run([&] {
-      // Between the whole outing and the group of laps last asked for.
-      frmGroupLaps form(ws_);
-      form.chkEntireOuting = FolderInView(ws_).LapsDisplayed != frmGroupLaps::kEntireOuting;
-      form.txtLaps = QString::number(FolderInView(ws_).GroupCount);
-      form.cmdOK();
-      tree_.LoadTreeData();
-      ZoomAll(ws_);
-    });
-  });
-  entire->setCheckable(true);
-  AddAction(laps, QStringLiteral("&Group Laps..."), tree(&frmChlTree::mnuGroupLaps));
-  AddAction(laps, QStringLiteral("&Hide Laps..."), tree(&frmChlTree::mnuHideLaps));
-  AddAction(laps, QStringLiteral("Hide Outing"), [this] { Run([&] { tree_.ToggleOutingHidden(); }); });
-  laps->addSeparator();
-  AddAction(laps, QStringLiteral("Lap Colour..."), tree(&frmChlTree::ChangeLapColor));
-  AddAction(laps, QStringLiteral("Outing Colour..."), tree(&frmChlTree::ChangeOutingColor));
-  AddAction(laps, QStringLiteral("Undo Lap Colour"), [this] { Run([&] { tree_.UndoLapColor(); }); });
-  AddAction(laps, QStringLiteral("Undo Outing Colour"), [this] { Run([&] { tree_.UndoOutingColor(); }); });
-  laps->addSeparator();
-  AddAction(laps, QStringLiteral("Edit &Beacons..."), [this] { RunDialog(&EditBeacons); });
-  AddAction(laps, QStringLiteral("&Shift Beacons..."), [this] { RunDialog(&ShiftBeacons); });
-
-  QMenu* channels = menuBar()->addMenu(QStringLiteral("&Channels"));
-  AddAction(channels, QStringLiteral("Add &Channel(s)..."), tree(&frmChlTree::AddAnotherChannel), Qt::CTRL | Qt::Key_H);
-  AddAction(channels, QStringLiteral("Add Channel(s) to all Outings..."), tree(&frmChlTree::AddGlobalChannels));
-  AddAction(channels, QStringLiteral("&Replace Channel..."), tree(&frmChlTree::ReplaceCurrentChannel));
-  AddAction(channels, QStringLiteral("Replace Channel in all Outings..."), tree(&frmChlTree::ReplaceGlobalChannel));
-  AddAction(channels, QStringLiteral("Replace All Channels..."), tree(&frmChlTree::ReplaceAllChannels));
-  AddAction(channels, QStringLiteral("&Delete Channel"), tree(&frmChlTree::DeleteCurrentChannel));
-  AddAction(channels, QStringLiteral("Delete Channel from all Outings"), tree(&frmChlTree::DeleteGlobalChannel));
-  channels->addSeparator();
-  AddAction(channels, QStringLiteral("&Filters..."), [this] { RunDialog(&EditFilters); });
-  AddAction(channels, QStringLiteral("Channel Co&lour..."), [this] { RunDialog(&EditChannelColor); });
-  AddAction(channels, QStringLiteral("&Events..."), [this] { RunDialog(&EditEvents); });
-  AddAction(channels, QStringLiteral("&Palette..."), [this] { RunDialog(&EditPalette); });
-
-  QMenu* math = menuBar()->addMenu(QStringLiteral("&Math"));
-  AddAction(math, QStringLiteral("&Math Channels..."), [this] { RunDialog(&EditMathChannels); }, Qt::CTRL | Qt::Key_M);
-  AddAction(math, QStringLiteral("&Constants..."), [this] { RunDialog(&EditConstants); });
-
-  QMenu* track = menuBar()->addMenu(QStringLiteral("&Track"));
-  AddAction(track, QStringLiteral("&Load Track..."), [this] { RunDialog(&LoadTrack); });
-  QAction* unload = AddAction(track, QStringLiteral("&Unload Track"), [this] {
-    UnloadTrack(ws_);
-    AfterChange();
-  });
-  unload->setObjectName(QStringLiteral("mnuUnloadTrack"));
-  AddAction(track, QStringLiteral("&New Map..."), [this] { RunDialog(&NewTrackMap); });
-  AddAction(track, QStringLiteral("Track &Data..."), [this] { RunDialog(&EditTrackData); });
-  track->addSeparator();
-  AddAction(track, QStringLiteral("Edit &Splits..."), [this] { RunDialog(&EditSplits); });
-  AddAction(track, QStringLiteral("&User Distances..."), [this] { RunDialog(&EditUserSplits); });
-
-  QMenu* datum = menuBar()->addMenu(QStringLiteral("&Datum"));
-  AddAction(datum, QStringLiteral("Select Datum &Outing..."), tree(&frmChlTree::SelectDatumOuting));
-  AddAction(datum, QStringLiteral("Select Datum &Lap..."), tree(&frmChlTree::ReplaceDatumLap));
-  AddAction(datum, QStringLiteral("&Delete Datum"), [this] { Run([&] { tree_.DeleteDatum(); }); });
-
-  QMenu* plots = menuBar()->addMenu(QStringLiteral("&Plots"));
-  AddAction(plots, QStringLiteral("&Time Plot"), [this] { OpenGraphWindow(); }, Qt::Key_F2);
-  AddAction(plots, QStringLiteral("&Distance Plot"), [this] { OpenDistanceWindow(); }, Qt::Key_F3);
-  AddAction(plots, QStringLiteral("&XY Plot"), [this] { OpenPlotWindow(PlotWindow::XYPlot); }, Qt::Key_F4);
-  AddAction(plots, QStringLiteral("&Histogram"), [this] { OpenPlotWindow(PlotWindow::Histo); }, Qt::Key_F5);
-  plots->addSeparator();
-  QAction* tile = AddAction(plots, QStringLiteral("Tile &Graphs"), [this] {
-    FolderInView(ws_).Options.TileGraphs = !FolderInView(ws_).Options.TileGraphs;
-    AfterChange();
-  });
-  tile->setCheckable(true);
-  QAction* events = AddAction(plots, QStringLiteral("&Event Markers"), [this] {
-    ws_.Options.EventMarkers = !ws_.Options.EventMarkers;
-    AfterChange();
-  });
-  events->setCheckable(true);
-  QAction* measure = AddAction(plots, QStringLiteral("&Measure Cursor"), [this] {
-    ws_.Plots.MeasureCursor = !ws_.Plots.MeasureCursor;
-    AfterChange();
-  });
-  measure->setCheckable(true);
-
-  QMenu* zoom = menuBar()->addMenu(QStringLiteral("&Zoom"));
-  const auto view = [this](void (*command)(Workspace&)) { return [this, command] { command(ws_); }; };
-  AddAction(zoom, QStringLiteral("Zoom &In"), view(&ZoomIn), QKeySequence::ZoomIn);
-  AddAction(zoom, QStringLiteral("Zoom &Out"), view(&ZoomOut), QKeySequence::ZoomOut);
-  AddAction(zoom, QStringLiteral("Zoom &All"), view(&ZoomAll), Qt::CTRL | Qt::Key_A);
-  AddAction(zoom, QStringLiteral("Zoom to &Cursor"), view(&ZoomCursor));
-  // Not on the arrows: with Ctrl they step the cursor by ten samples.
-  AddAction(zoom, QStringLiteral("Scroll &Left"), view(&ScrollLeft), Qt::ALT | Qt::Key_PageUp);
-  AddAction(zoom, QStringLiteral("Scroll &Right"), view(&ScrollRight), Qt::ALT | Qt::Key_PageDown);
-  AddAction(zoom, QStringLiteral("Go to &Start"), view(&GotoStart));
-  AddAction(zoom, QStringLiteral("Go to &End"), view(&GotoEnd));
-  for (const bool maximum : {false, true}) {
-    AddAction(zoom, maximum ? QStringLiteral("Go to Ma&ximum") : QStringLiteral("Go to Mi&nimum"), [this, maximum] {
-      if (GraphWindow* g = ActiveLinePlot()) g->Event([&] { g->Graph().ManualMinMaxMove(maximum); });
-    });
-  }
-  zoom->addSeparator();
-  AddAction(zoom, QStringLiteral("&Undo Zoom"), view(&UndoZoom), QKeySequence::Undo);
-
-  QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
-  AddAction(window, QStringLiteral("Tile &Horizontally"), [this] { TileWindows(false); });
-  AddAction(window, QStringLiteral("Tile &Vertically"), [this] { TileWindows(true); });
-  AddAction(window, QStringLiteral("&Cascade"), [this] { mdi_->cascadeSubWindows(); });
-  AddAction(window, QStringLiteral("Channel &Tree"), [this] {
-    tree_window_->show();
-    mdi_->setActiveSubWindow(tree_window_);
-  });
-
-  QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-  AddAction(help, QStringLiteral("&Contents"), [this] { ShowHelp(); }, QKeySequence::HelpContents);
-}
-
-void frmMDIForm::RunDialog(void (*open)(DialogHost&)) {
-  busy_ = true;
-  open(dialogs_);
-  busy_ = false;
-  LoadFolderTrack(ws_);  // a map chosen, unloaded or newly saved
-  AfterChange();
-}
-
-bool frmMDIForm::ShowHelp() {
-  if (ws_.HelpFilePath.isEmpty()) {
-    ws_.messages.Show(QStringLiteral("Warning : No HTML Help file found"), QStringLiteral("Load Help"), MessageIcon::Exclamation);
-    return false;
-  }
-  return QDesktopServices::openUrl(QUrl::fromLocalFile(ws_.HelpFilePath));
-}
-
-void frmMDIForm::TileWindows(bool vertical) {
-  std::vector<QMdiSubWindow*> shown;
-  for (QMdiSubWindow* w : mdi_->subWindowList()) {
-    if (w->isVisible() && !w->isMinimized()) shown.push_back(w);
-  }
-  if (shown.empty()) return;
-  const QRect area = mdi_->viewport()->rect();
-  const int n = static_cast<int>(shown.size());
-  for (int i = 0; i < n; ++i) {
-    shown[static_cast<std::size_t>(i)]->showNormal();
-    if (vertical) {
-      shown[static_cast<std::size_t>(i)]->setGeometry(area.width() * i / n, 0, area.width() / n, area.height());
-    } else {
-      shown[static_cast<std::size_t>(i)]->setGeometry(0, area.height() * i / n, area.width(), area.height() / n);
-    }
-  }
 }
 
 void frmMDIForm::BuildToolBar() {
@@ -476,7 +275,8 @@ void frmMDIForm::DropChannel(int slot, int channel) {
     const int c = o.Loaded != 0 ? FindChannelByName(ws_, ws_.CurFolder, s, name) : -1;
     if (c < 0) continue;
     for (LapRec& lap : o.Laps) {
-      if (lap.Shown != 0 && c < static_cast<int>(lap.LapChannels.size())) lap.LapChannels[static_cast<std::size_t>(c)].Shown = -1;
+      if (lap.Shown != 0 && c < static_cast<int>(lap.LapChannels.size()))
+        lap.LapChannels[static_cast<std::size_t>(c)].Shown = -1;
     }
   }
   folder.SelOuting = static_cast<int16_t>(slot);
@@ -490,8 +290,10 @@ void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
     if (GraphWindow* g = ActiveLinePlot()) g->Event([&] { g->Graph().KeyDown(key, false, false, false); });
   };
   if (over_axis) {
-    menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(LinePlot::Key::Down); });
-    menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(LinePlot::Key::Up); });
+    QAction* next = menu.addAction(QStringLiteral("Next Channel"), [axis] { axis(LinePlot::Key::Down); });
+    next->setObjectName(QStringLiteral("mnuAxisChannel(0)"));
+    QAction* previous = menu.addAction(QStringLiteral("Previous Channel"), [axis] { axis(LinePlot::Key::Up); });
+    previous->setObjectName(QStringLiteral("mnuAxisChannel(1)"));
     menu.addSeparator();
     // Scales of further channels beside the plot: two in the left panel, one in the right.
     const char* places[] = {"Left Panel Scale...", "Second Left Panel Scale...", "Right Panel Scale..."};
@@ -512,42 +314,16 @@ void frmMDIForm::PlotMenu(QPoint global, bool over_axis) {
 
 void frmMDIForm::ChooseAxisPanelChannel(int place) {
   FolderRec& folder = FolderInView(ws_);
-  const std::vector<int> chosen = host_->ChooseChannels(QStringLiteral("Select Channel"), folder.SelOuting, false);
-  if (chosen.empty()) return;
+  const int chosen = ChooseAxisChannel(dialogs_, folder.SelOuting);
+  if (chosen < 0) return;
   OutingRec& o = folder.Outings[static_cast<std::size_t>(folder.SelOuting)];
-  const std::size_t c = static_cast<std::size_t>(chosen.front());
+  const std::size_t c = static_cast<std::size_t>(chosen);
   folder.AxisPanelChannels[static_cast<std::size_t>(place)] = o.Channels.at(c).ShortName.trimmed();
   // A scale stands beside its trace: the channel is drawn in the lap on the axis.
   if (o.CurLap >= 0 && o.CurLap < static_cast<int>(o.Laps.size()) && c < o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels.size()) {
     o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels[c].Shown = -1;
   }
   AfterChange();
-}
-
-void frmMDIForm::TreeMenu(QPoint global) {
-  QMenu menu;
-  // The add-or-replace entries act on what the clicked node is, as the tree's dispatchers say.
-  const int16_t level = tree_.Level();
-  if (level != kLevelSupport) {
-    menu.addAction(QStringLiteral("Add/Replace Outing..."), [this] { Run([&] { tree_.AddReplaceOuting(); }); });
-    menu.addAction(QStringLiteral("Add/Replace Lap..."), [this] { Run([&] { tree_.AddReplaceLap(); }); });
-    menu.addAction(QStringLiteral("Add/Replace Channel..."), [this] { Run([&] { tree_.AddReplaceChannel(); }); });
-    menu.addSeparator();
-  }
-  std::vector<const char*> names;
-  if (level == kLevelDatum) names = {"Select Datum Outing", "Select Datum Lap", "Delete Datum"};
-  if (level == kLevelOuting) names = {"Outing Colour", "Undo Outing Colour", "Hide Outing", "Hide Laps", "Delete Outing"};
-  if (level == kLevelLap) names = {"Add Next Lap", "Add Previous Lap", "Lap Colour", "Undo Lap Colour", "Delete Lap"};
-  if (level == kLevelChannel) names = {"Add Channel(s) to all Outings", "Delete Channel", "Delete Channel from all Outings"};
-  if (level == kLevelRoot) names = {"Edit Folder Name", "Group Laps", "Entire Outing"};
-  if (level == kLevelSupport) names = SupportCommands(SelectedTag(tree_));
-  for (const char* name : names) menu.addAction(Action(QString::fromLatin1(name)));
-  menu.exec(global);
-}
-
-void frmMDIForm::OpenSupportNode() {
-  const std::vector<const char*> commands = SupportCommands(SelectedTag(tree_));
-  if (!commands.empty()) Action(QString::fromLatin1(commands.front()))->trigger();
 }
 
 void frmMDIForm::ShowFolder(int folder) {

@@ -71,7 +71,9 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
  private:
   void BuildMenus();
   void BuildToolBar();
-  QAction* AddAction(QMenu* menu, const QString& text, std::function<void()> run, const QKeySequence& key = {});
+  // A menu command named `name` (mnuEditBeacon; an entry of a command array as mnuZoomGraph(0)).
+  QAction* AddAction(QMenu* menu, const char* name, const QString& text, std::function<void()> run,
+                     const QKeySequence& key = {});
   // Runs a tree command and shows what it changed: tree, tabs, plots.
   void Run(const std::function<void()>& command);
   void ShowFolder(int folder);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
@@ -121,6 +122,21 @@ TEST(ChannelDialogs, EditBeaconsInsertsALapByItsTimeAndCancelLeavesTheFile) {
   ASSERT_TRUE(OpenOuting(again, file));
   EXPECT_EQ(again.FolderTable[0].Outings[0].LastLap, laps + 1);
   EXPECT_EQ(again.FolderTable[0].Outings[0].Laps[static_cast<std::size_t>(lap + 1)].StartTime, start + 40000);
+
+  // Shift Beacons: a shift past a neighbour is refused and moves nothing; 1.5 s moves the beacons.
+  const int32_t first = o.Laps[1].StartTime;
+  WhenModal([&](QWidget* d) {
+    Child<QLineEdit>(d, "txtShift")->setText("100000");
+    Click(d, "cmdOK");
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(s.messages.entries.back().text, "Error shifting beacons");
+    EXPECT_EQ(s.messages.entries.back().title, "Shift Beacon");
+    EXPECT_EQ(o.Laps[1].StartTime, first);
+    Child<QLineEdit>(d, "txtShift")->setText("1.5");
+    Accept(d);
+  });
+  s.action("Shift Beacons")->trigger();
+  EXPECT_EQ(o.Laps[1].StartTime, first + 1500);
 }
 
 TEST(ChannelDialogs, EditBeaconsWithoutAnOutingSaysSo) {
@@ -182,6 +198,55 @@ TEST(ChannelDialogs, ALowPassFiltersTheChannelInEveryOutingAndARefusedCutoffChan
   // The redraw fetched the channel again, through the kernel filter: one sample fewer.
   ASSERT_NE(trace.Loaded, 0);
   EXPECT_EQ(trace.Samples.size(), raw.size() - 1);
+}
+
+TEST(ChannelDialogs, AnEventLimitThatIsNoNumberChangesNothing) {
+  Session s(DemoHome());
+  const ChannelRec& c = CurrentOuting(s).Channels[static_cast<std::size_t>(s.folder().SelChannel)];
+  const ChannelRec before = c;
+  WhenModal([](QWidget* d) {
+    Child<QLineEdit>(d, "txtLimit")->setText("high");
+    Child<QCheckBox>(d, "chkEnabled")->setChecked(true);
+    Click(d, "cmdOK");
+    EXPECT_TRUE(d->isVisible());
+    Click(d, "cmdCancel");
+  });
+  s.action("Events")->trigger();
+  EXPECT_EQ(s.messages.entries.back().text, "The event limit must be a number");
+  EXPECT_EQ(s.messages.entries.back().title, "Channel Events");
+  EXPECT_EQ(c.EventLimit, before.EventLimit);
+  EXPECT_EQ(c.EventEnabled, before.EventEnabled);
+}
+
+// The palette: a colour changed and cancelled, changed and kept, then the defaults back.
+TEST(ChannelDialogs, ThePaletteChangesOnOkOnlyAndComesBackToItsDefaults) {
+  Session s(DemoHome());
+  const auto key = [&] { return s.ws->Settings.ReadInt(kAppAnalysis, "UserOptions\\Palette", "Color03", -1); };
+  const int original = s.ws->Palette[3];
+  const auto change = [](const char* close) {
+    WhenModal([close](QWidget* d) {
+      WhenModal([](QWidget* colours) {
+        qobject_cast<QColorDialog*>(colours)->setCurrentColor(QColor(1, 2, 3));
+        qobject_cast<QDialog*>(colours)->accept();
+      });
+      Click(d, "picColor3");
+      Click(d, close);
+    });
+  };
+  change("cmdCancel");
+  s.action("Palette")->trigger();
+  EXPECT_EQ(s.ws->Palette[3], original);
+  change("cmdOK");
+  s.action("Palette")->trigger();
+  EXPECT_EQ(s.ws->Palette[3], 0x030201);  // BGR
+  EXPECT_EQ(key(), 0x030201);
+  WhenModal([](QWidget* d) {
+    Click(d, "cmdDefault");
+    Accept(d);
+  });
+  s.action("Palette")->trigger();
+  EXPECT_EQ(s.ws->Palette[3], 255);
+  EXPECT_EQ(key(), 255);
 }
 
 TEST(ChannelDialogs, AChannelDefaultColourGoesToChannelDscAndTheTrace) {

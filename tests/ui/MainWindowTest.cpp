@@ -4,31 +4,37 @@
 
 #include <gtest/gtest.h>
 
+#include <QDesktopServices>
 #include <QLabel>
+#include <QListWidget>
 #include <QMdiArea>
-#include <QSettings>
 #include <QMdiSubWindow>
+#include <QPushButton>
+#include <QSettings>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QTextBrowser>
 #include <QtTest/QTest>
 
+#include "UiSession.h"
 #include "core/app/Files.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
 #include "core/demo/DemoInstall.h"
 #include "core/demo/DemoSession.h"
 #include "core/plots/PlotScale.h"
+#include "core/plots/frmChlXYAxis.h"
 #include "core/track/TrackFile.h"
 #include "render/QtSurface.h"
 #include "ui/GraphWindow.h"
 #include "ui/PlotCanvas.h"
 #include "ui/TreeWindow.h"
 #include "ui/frmMDIForm.h"
-#include "UiSession.h"
 
 namespace {
 
 using ui_test::Session;
+using ui_test::WhenModal;
 
 int CountColour(const QImage& image, QColor colour) {
   int n = 0;
@@ -154,6 +160,8 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
   }
 }
 
+// The demo's session, its graph with a scale beside it, the tree's support nodes, the window
+// arrangement, its map unloaded, and the guide.
 TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   QTemporaryDir home;
   RecordingMessages messages;
@@ -179,7 +187,11 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   s.action("Tile Graphs")->trigger();
   EXPECT_FALSE(g->Panel(0)->isVisible());
   const int rpm = FindChannelByName(*s.ws, 0, 0, "RPM");
-  s.host->channels = {rpm};
+  WhenModal([&](QWidget* d) {
+    EXPECT_EQ(d->objectName(), "frmChlXYAxis");
+    d->findChild<QListWidget*>("lstChannels")->setCurrentRow(frmChlXYAxis(*s.ws, 0).Find("RPM"));
+    d->findChild<QPushButton*>("cmdOK")->click();
+  });
   s.window->ChooseAxisPanelChannel(0);
   QApplication::processEvents();
   EXPECT_EQ(s.folder().AxisPanelChannels[0], "RPM");
@@ -195,6 +207,46 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   s.action("Tile Graphs")->trigger();
   QApplication::processEvents();
   EXPECT_FALSE(g->Panel(0)->isVisible());
+
+  // The tree's support nodes open their editors.
+  TreeWindow* tree = s.window->TreeView();
+  for (const auto& [node, editor] :
+       {std::pair{"Math Channels", "frmEditMath"}, std::pair{"Constants", "frmConstants"}}) {
+    const QList<QTreeWidgetItem*> found =
+        tree->findItems(QString::fromLatin1(node), Qt::MatchExactly | Qt::MatchRecursive);
+    ASSERT_EQ(found.size(), 1) << node;
+    QString opened;
+    WhenModal([&](QWidget* d) { opened = d->objectName(); });
+    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, tree->visualItemRect(found[0]).center());
+    EXPECT_EQ(opened, QString::fromLatin1(editor));
+  }
+
+  // Tile Vertically: the tree and the graph side by side, each as high as the area.
+  s.window->findChild<QAction*>("mnuTileVertical")->trigger();
+  const QRect area = s.window->Area()->viewport()->rect();
+  const QRect left = tree->parentWidget()->geometry(), right = g->parentWidget()->geometry();
+  EXPECT_EQ(left.height(), area.height());
+  EXPECT_EQ(right.height(), area.height());
+  EXPECT_EQ(std::min(left.x(), right.x()), 0);
+  EXPECT_EQ(std::max(left.x(), right.x()), area.width() / 2);
+
+  // The demo's map is the folder's; Unload Track takes it out and greys itself.
+  EXPECT_TRUE(s.ws->TrackLoaded);
+  QAction* unload = s.window->findChild<QAction*>("mnuUnloadTrack");
+  unload->trigger();
+  EXPECT_FALSE(s.ws->TrackLoaded);
+  EXPECT_TRUE(s.folder().TrackFile.isEmpty());
+  EXPECT_FALSE(unload->isEnabled());
+
+  // F1 asks the desktop to show the guide start-up installed.
+  QTextBrowser browser;
+  QDesktopServices::setUrlHandler("file", &browser, "setSource");
+  s.window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(s.window.get()));  // the closed dialogs had the focus
+  QTest::keyClick(s.window.get(), Qt::Key_F1);
+  QDesktopServices::unsetUrlHandler("file");
+  ASSERT_FALSE(s.ws->HelpFilePath.isEmpty());
+  EXPECT_EQ(browser.source(), QUrl::fromLocalFile(s.ws->HelpFilePath));
 }
 
 TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {

@@ -80,7 +80,9 @@ TEST(TrackDialogs, ANewMapIsMadeFromTheLapSteppedAndSavedAndTheFolderLoadsIt) {
     EXPECT_EQ(d->windowTitle(), title(lap + 1));
     Find<QAction>(d, "mnuPreviousLap")->trigger();
     EXPECT_EQ(d->windowTitle(), title(lap));
-    Find<QCheckBox>(d, "chkInvertCalibration")->click();  // the demo logs left turns as positive
+    QCheckBox* invert = Find<QCheckBox>(d, "chkInvertCalibration");
+    EXPECT_TRUE(invert->isChecked());  // as the demo's map was made
+    invert->click();                   // a mirror image, as good a test
     const QImage& map = static_cast<TrackPicture*>(Find<QWidget>(d, "picTrack"))->Image;
     EXPECT_GT(Pixels(map, s.ws->Options.ColorOfTurns), 100);
     EXPECT_GT(Pixels(map, s.ws->Options.ColorOfStraights), 100);
@@ -102,7 +104,7 @@ TEST(TrackDialogs, ANewMapIsMadeFromTheLapSteppedAndSavedAndTheFolderLoadsIt) {
   ASSERT_TRUE(s.ws->TrackLoaded);
   EXPECT_EQ(s.ws->Track.TrackName, "Club Circuit");
   EXPECT_EQ(s.ws->Track.TrackComment, "from the fast lap");
-  EXPECT_TRUE(ReadTrackSettings(*s.ws).InvertCalibration);  // the window's settings are kept
+  EXPECT_FALSE(ReadTrackSettings(*s.ws).InvertCalibration);  // the window's settings are kept
   // The lap it was made from, and the laps near its length, are stretched to the map.
   int stretched = 0;
   for (int l = 1; l + 1 < o.LastLap; ++l) {

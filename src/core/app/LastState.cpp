@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include "core/app/Files.h"
 #include "core/app/Options.h"
 #include "core/app/Workspace.h"
 #include "core/outing/HeaderProcessing.h"
@@ -72,14 +73,25 @@ void SaveFolder(Workspace& ws, int f) {
   }
 }
 
-void ReadFolder(Workspace& ws, int f) {
+// Counts the outings a session opens, each a step of its progress; false once cancelled.
+struct Opening {
+  ProgressScope& progress;
+  int done = 0;
+  bool cancelled = false;
+  bool Next(const QString& file) {
+    cancelled = cancelled || !progress.Step(done++, BaseName(file));
+    return !cancelled;
+  }
+};
+
+void ReadFolder(Workspace& ws, int f, Opening& opening) {
   SettingsStore& s = ws.Settings;
   const QString section = Section(f);
   FolderRec& folder = ws.FolderTable[static_cast<std::size_t>(f)];
   ws.CurFolder = static_cast<int16_t>(f);
   for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
     const QString file = s.Read(kAppAnalysis, section, Key("File", slot), QString());
-    if (file.isEmpty() || !QFileInfo::exists(file)) continue;
+    if (file.isEmpty() || !QFileInfo::exists(file) || !opening.Next(file)) continue;
     ws.CurOuting = static_cast<int16_t>(slot);
     if (!OpenOuting(ws, file)) continue;
     OutingRec& o = OutingAt(ws, slot);
@@ -121,6 +133,15 @@ void ReadFolder(Workspace& ws, int f) {
 
 }  // namespace
 
+QStringList SavedOutingFiles(const Workspace& ws, int folder) {
+  QStringList files;
+  for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
+    const QString file = ws.Settings.Read(kAppAnalysis, Section(folder), Key("File", slot), QString());
+    if (!file.isEmpty()) files << file;
+  }
+  return files;
+}
+
 bool HasFolderState(const Workspace& ws) { return !ws.Settings.ListSection(kAppAnalysis, Section(0)).isEmpty(); }
 
 void SaveFolderState(Workspace& ws) {
@@ -131,12 +152,18 @@ void SaveFolderState(Workspace& ws) {
 std::vector<int> ReadFolderState(Workspace& ws) {
   std::vector<int> in_use;
   const int16_t folder_before = ws.CurFolder, outing_before = ws.CurOuting;
-  ProgressScope progress(ws, QStringLiteral("Opening the last session"), kFolderCount, false);
+  const auto folder_in_use = [&](int f) {
+    return f == 0 || ws.Settings.ReadBool(kAppAnalysis, Section(f), "InUse", false);
+  };
+  int outings = 0;
+  for (int f = 0; f < kFolderCount; ++f)
+    outings += folder_in_use(f) ? static_cast<int>(SavedOutingFiles(ws, f).size()) : 0;
+  ProgressScope progress(ws, QStringLiteral("Opening the last session"), outings, true);
+  Opening opening{progress};
   for (int f = 0; f < kFolderCount; ++f) {
-    progress.Step(f);
-    if (f > 0 && !ws.Settings.ReadBool(kAppAnalysis, Section(f), "InUse", false)) continue;
+    if (!folder_in_use(f)) continue;
     ws.FolderTable[static_cast<std::size_t>(f)].InUse = -1;
-    ReadFolder(ws, f);
+    ReadFolder(ws, f, opening);
     in_use.push_back(f);
   }
   ws.CurFolder = folder_before;

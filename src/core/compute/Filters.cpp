@@ -7,9 +7,9 @@
 #include "core/app/Workspace.h"
 #include "core/outing/HeaderProcessing.h"
 
-namespace {
-
 int KernelLength(const ChannelRec& c) { return std::clamp<int>(c.FilterKernel, 10, 200); }
+
+namespace {
 
 int Half(int m) { return static_cast<int>(RoundHalfEven(m / 2.0)); }
 

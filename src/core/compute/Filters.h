@@ -11,6 +11,9 @@ struct ChannelRec;
 
 inline constexpr double kTwoPi = 6.2831854;  // this value, not a closer one: results depend on it
 
+// The kernel length M a channel's filter runs with: FilterKernel clamped to 10..200.
+int KernelLength(const ChannelRec& channel);
+
 // The kernel of one cut-off (hundredths of a hertz) for the channel's window and length, with
 // gain 1 at DC. `negate` turns the normalising step into -h/sum (the high-pass half of a band).
 std::vector<float> BuildWindowedKernel(const ChannelRec& channel, int cutoff, bool negate = false);

@@ -1,5 +1,6 @@
 #include "core/compute/MathChannels.h"
 
+#include "core/app/Files.h"
 #include "core/app/Workspace.h"
 #include "core/compute/MathCompiler.h"
 #include "core/outing/ChannelData.h"
@@ -89,13 +90,19 @@ void RecompileOutingMath(Workspace& ws, int slot) {
 
 void RecompileLoadedOutings(Workspace& ws) {
   const int16_t current = ws.CurFolder;
+  int outings = 0;
+  for (const FolderRec& folder : ws.FolderTable) {
+    for (const OutingRec& o : folder.Outings) outings += o.Loaded != 0;
+  }
   // No cancel: outings compiled with different definitions would not compare.
-  ProgressScope progress(ws, QStringLiteral("Compiling math channels"), kFolderCount, false);
+  ProgressScope progress(ws, QStringLiteral("Compiling math channels"), outings, false);
+  int done = 0;
   for (int f = 0; f < kFolderCount; ++f) {
-    progress.Step(f);
     ws.CurFolder = static_cast<int16_t>(f);
     for (int slot = 0; slot < kOutingsPerFolder; ++slot) {
-      if (OutingAt(ws, slot).Loaded != 0) RecompileOutingMath(ws, slot);
+      if (OutingAt(ws, slot).Loaded == 0) continue;
+      progress.Step(done++, BaseName(OutingAt(ws, slot).FileName));
+      RecompileOutingMath(ws, slot);
     }
   }
   ws.CurFolder = current;

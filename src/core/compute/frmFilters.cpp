@@ -1,9 +1,11 @@
 #include "core/compute/frmFilters.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/app/Numbers.h"
 #include "core/app/Workspace.h"
+#include "core/compute/Filters.h"
 #include "core/outing/ChannelData.h"
 
 const QStringList frmFilters::kTypes = {"None", "Smooth", "Low-pass", "High-pass", "Band-pass", "Band-reject"};
@@ -33,8 +35,10 @@ void frmFilters::Form_Load(Workspace& ws) {
   const ChannelRec& c = o.Channels[static_cast<std::size_t>(folder.SelChannel)];
   cboType = c.FilterKind >= 0 && c.FilterKind <= 5 ? c.FilterKind : 0;
   cboWindow = c.FilterWindow >= 0 && c.FilterWindow <= 3 ? c.FilterWindow : 3;
-  cboKernel = QString::number(c.FilterKernel);
-  cboPoints = QString::number(c.SmoothWidth);
+  // As the filter runs with them: a kernel is clamped to 10..200 when used, and a smoothing
+  // width below 1 can't run (a stored 0 would divide by zero), so it shows as 1.
+  cboKernel = QString::number(KernelLength(c));
+  cboPoints = QString::number(std::max<int>(c.SmoothWidth, 1));
   txtLow = HzText(c.FilterLowCut);
   txtHigh = HzText(c.FilterHighCut);
 }

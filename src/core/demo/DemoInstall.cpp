@@ -5,11 +5,18 @@
 #include <QFileInfo>
 
 #include "core/app/Files.h"
+#include "core/app/Startup.h"
 #include "core/app/Workspace.h"
 #include "core/demo/DemoOutings.h"
 #include "core/demo/FactoryDescriptors.h"
+#include "core/outing/HeaderProcessing.h"
+#include "core/outing/OpenOuting.h"
+#include "core/track/TrackCreate.h"
 
 namespace {
+
+const QString kDemoMapName = QStringLiteral("Silverstone");
+const QString kDemoMapOuting = QStringLiteral("SILV0101.DAT");
 
 // Formulas an engineer sets up first: slip, combined grip, fuel mass, roll.
 // (Written as the editor writes them: no blank inside a parenthesis; "*" binds tighter than "/".)
@@ -63,7 +70,31 @@ bool MakeOuting(DemoOutingSpec spec, const QString& path, int laps_cap, QString*
   return WriteDemoOuting(spec, SimulateOuting(line, CarModel{}, options), path, error);
 }
 
+// The demo's map of Silverstone, made the program's own way: from the gyro of the first run's
+// fast lap (the cleanest of the three ways on the demo's data), as `orlan track create` does.
+// A home whose SILV0101.DAT is a file of the person's own gets no map, without a word.
+bool MakeDemoMap(const QString& home) {
+  RecordingMessages quiet;
+  Workspace ws(quiet, home);
+  if (!StartUp(ws, false)) return false;
+  ws.CurOuting = 0;
+  if (!OpenOuting(ws, JoinPath(ws.Paths.DataDirectory, kDemoMapOuting))) return false;
+  return CreateTrack(ws, 0, OutingAt(ws, 0).FastLap, DemoMapSettings()) &&
+         SaveNewTrack(ws, 0, kDemoMapName, QStringLiteral("Gyro, fast lap of ") + kDemoMapOuting);
+}
+
 }  // namespace
+
+TrackSettings DemoMapSettings() {
+  TrackSettings s = SetDefaults();
+  s.CreateMode = 1;
+  s.InvertCalibration = true;  // the demo logs left-hand corners as positive
+  return s;
+}
+
+QString DemoMapPath(const PathSettings& paths) {
+  return JoinPath(paths.TrackDirectory, kDemoMapName + QStringLiteral(".MAP"));
+}
 
 QString ShippedDataDirectory() {
   const QByteArray env = qgetenv("ORLAN_DATA_DIR");
@@ -111,6 +142,12 @@ bool CreateDemoInstallation(const QString& home, Messages& messages, DemoResult&
     const QString path = JoinPath(ws.Paths.DataDirectory, spec.FileName);
     ok = MakeIfMissing(path, result, error, [&] { return MakeOuting(spec, path, laps_cap, error); });
     result.Outings << path;
+  }
+  const QString map = DemoMapPath(ws.Paths);
+  if (QFileInfo::exists(map)) {
+    result.Kept << map;
+  } else if (ok && MakeDemoMap(home)) {
+    result.Written << map;
   }
   return ok;
 }

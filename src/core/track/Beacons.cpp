@@ -192,12 +192,14 @@ void ShiftTime(Workspace& ws, int slot, double seconds) {
   FindFastLap(ws, slot);
 }
 
+bool ShiftFailed(Workspace& ws) {
+  ws.messages.Show(QStringLiteral("Error shifting beacons"), QStringLiteral("Shift Beacon"), MessageIcon::Exclamation);
+  return false;
+}
+
 bool ShiftDistance(Workspace& ws, int slot, double distance) {
   OutingRec& o = OutingAt(ws, slot);
-  auto fail = [&] {
-    ws.messages.Show(QStringLiteral("Error shifting beacons"), QStringLiteral("Shift Beacon"), MessageIcon::Exclamation);
-    return false;
-  };
+  auto fail = [&] { return ShiftFailed(ws); };
   if (o.ChanDistance < 0) return fail();
   // New times first, so that a failure leaves the table as it was.
   std::vector<int32_t> times(static_cast<std::size_t>(std::max(0, o.LastLap - 1)));

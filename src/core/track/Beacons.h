@@ -48,6 +48,8 @@ bool WriteBeacons(Workspace& ws, int slot);
 
 // frmShiftBeacon: every beacon but the first and the last two moved by `seconds` (in memory only).
 void ShiftTime(Workspace& ws, int slot, double seconds);
+// "Error shifting beacons" (title "Shift Beacon"); false.
+bool ShiftFailed(Workspace& ws);
 // Moved by a distance along the lap: false after "Error shifting beacons".
 bool ShiftDistance(Workspace& ws, int slot, double distance);
 // "(feet)", "(mtrs)" or, for a shift by time, "(secs)".

@@ -1,5 +1,6 @@
 #include "core/track/Splits.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/app/Numbers.h"
@@ -130,7 +131,19 @@ void frmTrackSplits::ReloadTempSplits() {
 
 QString frmTrackSplits::DrawSplitCursor(int point) const { return TrackPointText(ws_, Metric(ws_), point); }
 
-frmUserSplits::frmUserSplits(Workspace& ws, float lap_distance) : ws_(ws), lap_distance_(lap_distance) {}
+frmUserSplits::frmUserSplits(Workspace& ws, int slot) : ws_(ws), slot_(slot) {
+  const OutingRec& o = OutingAt(ws, slot);
+  const int lap = o.CurLap;
+  if (lap >= 0 && lap + 1 < static_cast<int>(o.Laps.size())) {
+    const LapRec& row = o.Laps[static_cast<std::size_t>(lap)];
+    lap_distance_ = (o.Laps[static_cast<std::size_t>(lap) + 1].StartDistance - row.StartDistance) * row.DistanceScale;
+  }
+  // A stored table shorter than the boxes ended on the lap's end: that entry isn't shown.
+  const std::vector<float>& kept = o.UserSplits;
+  const std::size_t shown =
+      !kept.empty() && kept.size() < Boxes.size() ? kept.size() - 1 : std::min(kept.size(), Boxes.size());
+  std::copy_n(kept.begin(), shown, Boxes.begin());
+}
 
 QString frmUserSplits::Head() const {
   return QStringLiteral("Lap Distance :  ") + QString::number(RoundHalfEven(lap_distance_)) +
@@ -150,7 +163,7 @@ bool frmUserSplits::LeaveBox(int k, double value) {
   return true;
 }
 
-std::vector<float> frmUserSplits::cmdOK() const {
+std::vector<float> frmUserSplits::cmdOK() {
   std::vector<float> out;
   for (float v : Boxes) {
     if (!out.empty() && !(v > out.back())) {
@@ -159,5 +172,6 @@ std::vector<float> frmUserSplits::cmdOK() const {
     }
     out.push_back(v);
   }
+  OutingAt(ws_, slot_).UserSplits = out;
   return out;
 }

@@ -43,18 +43,22 @@ class frmTrackSplits {
   int16_t saved_count_ = 0;
 };
 
-// frmUserSplits ("User Distances"): up to eight distances D1..D8 for one lap.
+// frmUserSplits ("User Distances"): up to eight distances D1..D8 into the current lap of an
+// outing, kept on the outing (UserSplits) for the qualifying table.
 class frmUserSplits {
  public:
-  frmUserSplits(Workspace& ws, float lap_distance);
+  // The boxes show the outing's distances without the lap's end, which cmdOK adds again.
+  frmUserSplits(Workspace& ws, int slot);
   QString Head() const;  // "Lap Distance :  5791  (mtrs)"
   // Leaving box k (0 = D1): rounded, capped at the lap's distance. D1 below 1 is refused.
   bool LeaveBox(int k, double value);
-  // cmdOK: the ascending distances from D1 on, the first out of order taking the lap's distance.
-  std::vector<float> cmdOK() const;
+  // cmdOK: the ascending distances from D1 on, the first out of order taking the lap's
+  // distance, stored in the outing; they are also returned.
+  std::vector<float> cmdOK();
   std::array<float, 8> Boxes{};
 
  private:
   Workspace& ws_;
-  float lap_distance_;
+  int slot_;
+  float lap_distance_ = 0;  // as the distance plots show it: stretched to the map
 };

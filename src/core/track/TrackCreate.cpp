@@ -174,9 +174,19 @@ bool CreateTrack(Workspace& ws, int slot, int lap, const TrackSettings& s) {
   if (o.LastLap < 2) return Fail(ws, QStringLiteral("No Beacons detected"), kMapTitle);
   if (lap < 0 || lap >= o.LastLap) return false;
   FetchScope scope(ws);
+  // A cancel puts back the map that was there, work tables and all.
+  const TrackState kept = ws.Track;
+  const float kept_length = ws.TrackLength;
   ws.Track.CreateLap = lap;
-  if (s.CreateMode == 2) return BuildGPSTrackSamples(ws, slot, lap) && CalculateGPSTrack(ws, slot, lap, s);
-  return BuildTrackSamples(ws, slot, lap, s) && CalculateTrack(ws, slot, lap, s);
+  ws.Track.Stopped = false;
+  const bool made = s.CreateMode == 2 ? BuildGPSTrackSamples(ws, slot, lap) && CalculateGPSTrack(ws, slot, lap, s)
+                                      : BuildTrackSamples(ws, slot, lap, s) && CalculateTrack(ws, slot, lap, s);
+  if (ws.Track.Stopped) {
+    ws.Track = kept;
+    ws.TrackLength = kept_length;
+    ws.Track.Stopped = true;
+  }
+  return made;
 }
 
 bool BuildTrackSamples(Workspace& ws, int slot, int lap, const TrackSettings& s) {
@@ -212,8 +222,15 @@ bool CalculateTrack(Workspace& ws, int slot, int lap, const TrackSettings& s) {
   t.HeadingFix = t.XFix = t.YFix = 0;
   const float h0 = static_cast<float>(s.GlobalAngle) * kDegToRad;
   const bool imperial = o.UnitsMask == 0;
+  // A long lap takes a while per pass; a cancel between passes leaves the map as it was.
+  const int first = s.Closed ? 0 : 2;
+  ProgressScope progress(ws, QStringLiteral("Creating the track map"), 4 - first, true);
   Pen p;
-  for (int pass = s.Closed ? 0 : 2; pass < 4; ++pass) {
+  for (int pass = first; pass < 4; ++pass) {
+    if (!progress.Step(pass - first, QStringLiteral("Pass %1 of %2").arg(pass - first + 1).arg(4 - first))) {
+      t.Stopped = true;
+      return false;
+    }
     p = RunPass(t, pass, s.CreateMode, s, imperial);
     if (pass == 0) {
       if (p.steps < 1) t.HeadingFix = 0;

@@ -11,14 +11,16 @@
 struct Workspace;
 
 // Checks the channels and the beacons, builds the sample table and makes the points in
-// ws.Track; false after a message (the last map stays).
+// ws.Track; false after a message (the last map stays), or when the person cancelled the
+// progress (ws.Track.Stopped; the map before it is put back whole).
 bool CreateTrack(Workspace& ws, int slot, int lap, const TrackSettings& s);
 
 // Fill ws.Track.Samples from the lap; false when the lap has more rows than the table holds.
 bool BuildTrackSamples(Workspace& ws, int slot, int lap, const TrackSettings& s);
 bool BuildGPSTrackSamples(Workspace& ws, int slot, int lap);
 
-// The four passes over the sample table; false when the lap is too short.
+// The four passes over the sample table, a step of progress each; false when the lap is too
+// short, or cancelled between two passes (Track.Stopped set).
 bool CalculateTrack(Workspace& ws, int slot, int lap, const TrackSettings& s);
 bool CalculateGPSTrack(Workspace& ws, int slot, int lap, const TrackSettings& s);
 

@@ -56,4 +56,5 @@ struct TrackState {
   int SampleLast = -1;
   float HeadingFix = 0, XFix = 0, YFix = 0;
   int CreateLap = 0;  // lap the points were made from
+  bool Stopped = false;  // the last CreateTrack was cancelled: the map before it stands
 };

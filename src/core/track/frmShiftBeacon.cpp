@@ -20,26 +20,19 @@ QString frmShiftBeacon::Units() const { return ShiftUnits(ws_, slot_, optTime); 
 
 bool frmShiftBeacon::HasDistance() const { return OutingAt(ws_, slot_).ChanDistance >= 0; }
 
-bool frmShiftBeacon::Refuse(const QString& text) const {
-  ws_.messages.Show(text, kTitle, MessageIcon::Exclamation);
-  return false;
-}
-
 bool frmShiftBeacon::cmdOK() {
   bool ok = false;
   const double shift = txtShift.trimmed().toDouble(&ok);
-  if (!ok || !std::isfinite(shift)) return Refuse(QStringLiteral("Enter the shift as a number"));
-  const OutingRec& o = OutingAt(ws_, slot_);
-  if (o.LastLap < 3) return Refuse(QStringLiteral("There are no beacons between the out lap and the in lap"));
+  if (!ok || !std::isfinite(shift)) return ShiftFailed(ws_);
   if (shift == 0) return true;
   if (!optTime) return ShiftDistance(ws_, slot_, shift);
   // Rows 1..LastLap-2 move together: the first must stay after the outing's start, the last
-  // before the in lap's start, or the laps would overlap.
+  // before the in lap's start, or the laps would overlap and their times turn negative.
+  const OutingRec& o = OutingAt(ws_, slot_);
   const int64_t ms = RoundHalfEven(shift * 1000);
   const auto row = [&](int i) { return static_cast<int64_t>(o.Laps[static_cast<std::size_t>(i)].StartTime); };
-  if (row(1) + ms <= row(0) || row(o.LastLap - 2) + ms >= row(o.LastLap - 1)) {
-    return Refuse(QStringLiteral("The shift would move a beacon past its neighbour"));
-  }
+  if (o.LastLap >= 3 && (row(1) + ms <= row(0) || row(o.LastLap - 2) + ms >= row(o.LastLap - 1)))
+    return ShiftFailed(ws_);
   ShiftTime(ws_, slot_, shift);
   return true;
 }

@@ -10,7 +10,7 @@ struct Workspace;
 
 class frmShiftBeacon {
  public:
-  static const QString kTitle;
+  static const QString kTitle;  // the window's caption; a failure's title is "Shift Beacon"
 
   frmShiftBeacon(Workspace& ws, int slot);
 
@@ -23,12 +23,12 @@ class frmShiftBeacon {
   QString Units() const;
   bool HasDistance() const;
 
-  // Shifts. False after its message when the shift is no number, would move a beacon past its
-  // neighbour (by time), or can't be found along a lap (by distance); the laps stay as they were.
+  // Shifts. False after "Error shifting beacons" when the shift is no number, would move a
+  // beacon past its neighbour (by time), or can't be found along a lap (by distance); the laps
+  // stay as they were.
   bool cmdOK();
 
  private:
-  bool Refuse(const QString& text) const;
   Workspace& ws_;
   int slot_;
 };

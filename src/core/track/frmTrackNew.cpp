@@ -26,9 +26,21 @@ bool frmTrackNew::Make() {
   return created_;
 }
 
+bool frmTrackNew::Remake(const std::function<void()>& change) {
+  const int lap = lap_;
+  const TrackSettings settings = Settings;
+  const bool created = created_;
+  change();
+  if (Make() || !ws_.Track.Stopped) return created_;
+  // Cancelled: the map before it stands, and with it its lap and settings.
+  lap_ = lap;
+  Settings = settings;
+  created_ = created;
+  return false;
+}
+
 bool frmTrackNew::Recreate(const TrackSettings& typed) {
-  SaveTrackData(Settings, typed);
-  return Make();
+  return Remake([&] { SaveTrackData(Settings, typed); });
 }
 
 bool frmTrackNew::mnuNextLap() { return mnuSelectLap(lap_ + 1); }
@@ -36,13 +48,11 @@ bool frmTrackNew::mnuPreviousLap() { return mnuSelectLap(lap_ - 1); }
 
 bool frmTrackNew::mnuSelectLap(int lap) {
   if (lap < 0 || lap >= OutingAt(ws_, slot_).LastLap) return false;  // the ends stay where they are
-  lap_ = lap;
-  return Make();
+  return Remake([&] { lap_ = lap; });
 }
 
 bool frmTrackNew::mnuReset() {
-  Settings = SetDefaults();
-  return Make();
+  return Remake([&] { Settings = SetDefaults(); });
 }
 
 void frmTrackNew::mnuCorner(int from, int to) { MarkPoints(ws_, from, to, true); }

@@ -3,6 +3,7 @@
 // frmTrackNew: the map made from a lap, stepped from lap to lap, its corners marked, and saved.
 
 #include <QString>
+#include <functional>
 
 #include "core/track/TrackSettings.h"
 
@@ -20,7 +21,8 @@ class frmTrackNew {
   int Lap() const { return lap_; }
   TrackSettings Settings;
 
-  // SaveTrackData from the dialog's values, then a new map of the same lap.
+  // SaveTrackData from the dialog's values, then a new map of the same lap. These and the lap
+  // commands give false when no map was made; a cancelled map leaves the lap and settings too.
   bool Recreate(const TrackSettings& typed);
   bool mnuNextLap();
   bool mnuPreviousLap();
@@ -37,6 +39,8 @@ class frmTrackNew {
 
  private:
   bool Make();
+  // `change` (the lap, the settings), then a new map.
+  bool Remake(const std::function<void()>& change);
   Workspace& ws_;
   int slot_;
   int lap_ = 0;

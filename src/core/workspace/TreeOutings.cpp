@@ -136,10 +136,12 @@ bool frmChlTree::ReplaceAllOutings() {
     if (Folder().Outings[static_cast<std::size_t>(slot)].Loaded != 0) ReleaseOuting(slot);
   }
   bool any = false;
-  for (const QString& file : files) {
+  // A cancel falls between two outings: the folder keeps the new ones loaded so far, each whole.
+  ProgressScope progress(ws_, kReplaceAllTitle, static_cast<int>(files.size()), true);
+  for (int i = 0; i < static_cast<int>(files.size()) && progress.Step(i, BaseName(files[i])); ++i) {
     ws_.CurOuting = static_cast<int16_t>(NextAvailableCID(ws_, ws_.CurFolder));
     if (Current().Loaded != 0) break;
-    any = LoadNewOuting(file, selection) || any;
+    any = LoadNewOuting(files[i], selection) || any;
   }
   FindCurrentOuting(ws_);
   Rebuild();
@@ -152,9 +154,13 @@ bool frmChlTree::ReplaceGlobalOuting() {
   if (!FileExists(files.front())) return LoadNewOuting(files.front(), {});
   const int16_t keep_folder = ws_.CurFolder, keep_outing = ws_.CurOuting;
   bool any = false;
-  for (int f = 0; f < kFolderCount; ++f) {
+  // A cancel falls between two folders: each holds either its outing or the new one.
+  ProgressScope progress(ws_, kReplaceGlobalTitle, kFolderCount, true);
+  bool stopped = false;
+  for (int f = 0; f < kFolderCount && !stopped; ++f) {
     const FolderRec& folder = ws_.FolderTable[static_cast<std::size_t>(f)];
-    if (folder.InUse == 0 || !AnyOutingLoaded(ws_, f)) continue;
+    stopped = !progress.Step(f);
+    if (stopped || folder.InUse == 0 || !AnyOutingLoaded(ws_, f)) continue;
     ws_.CurFolder = static_cast<int16_t>(f);
     ws_.CurOuting = folder.SelOuting;
     if (!HasCurrentOuting() && !FindCurrentOuting(ws_)) continue;
@@ -164,7 +170,8 @@ bool frmChlTree::ReplaceGlobalOuting() {
   }
   ws_.CurFolder = keep_folder;
   ws_.CurOuting = keep_outing;
-  if (!any) ws_.messages.Show(QStringLiteral("No Outings to replace"), kReplaceGlobalTitle, MessageIcon::Exclamation);
+  if (!any && !stopped)
+    ws_.messages.Show(QStringLiteral("No Outings to replace"), kReplaceGlobalTitle, MessageIcon::Exclamation);
   if (!HasCurrentOuting()) FindCurrentOuting(ws_);
   Rebuild();
   return any;

@@ -263,6 +263,8 @@ class FilterWindow : public ::testing::Test {
 TEST_F(FilterWindow, OkSetsTheChannelOfTheSameNameInEveryLoadedOuting) {
   frmFilters f;
   f.Form_Load(b_.ws);
+  EXPECT_EQ(f.cboKernel, "10");  // the stored 0s as the filter would run them
+  EXPECT_EQ(f.cboPoints, "1");
   f.cboType = 4;
   f.cboWindow = 1;
   f.cboKernel = "60";

@@ -87,7 +87,9 @@ TEST(SplitsTest, SavingWritesOnlyAFullTableIntoTheMap) {
 
 TEST(SplitsTest, UserDistances) {
   BareWorkspace b;
-  frmUserSplits d(b.ws, 4000);
+  b.Outing().Laps.resize(3);
+  b.Outing().Laps[1].StartDistance = 4000;
+  frmUserSplits d(b.ws, 0);
   EXPECT_EQ(d.Head(), QStringLiteral("Lap Distance :  4000  (mtrs)"));
   EXPECT_FALSE(d.LeaveBox(0, 0.4));
   EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("D1 split distance cannot be a zero."));
@@ -103,6 +105,7 @@ TEST(SplitsTest, UserDistances) {
   for (const Case& c : cases) {
     for (int k = 0; k < 8; ++k) ASSERT_TRUE(d.LeaveBox(k, c.boxes[static_cast<std::size_t>(k)]));
     EXPECT_EQ(d.cmdOK(), c.expected);
+    EXPECT_EQ(b.Outing().UserSplits, c.expected);
   }
 }
 

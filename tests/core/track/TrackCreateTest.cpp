@@ -211,6 +211,22 @@ TEST(frmTrackNewTest, StepsLapsAndSavesTheMapShown) {
   EXPECT_EQ(r.ws.Track.FirstSegmentKind, 1);  // the lap starts on the corner marked above
   EXPECT_EQ(r.ws.Track.SplitPoints, r.ws.Track.SegmentStart);
   EXPECT_NEAR(r.ws.Track.OfficialLength, ws.TrackLength / 1000, 1e-4);
+
+  // Cancelled after the first pass, the next lap's map leaves this lap's in place.
+  struct CancelAfterOnePass : Progress {
+    void Begin(const QString&, int, bool) override {}
+    bool Step(int done, const QString&) override { return done < 1; }
+    void End() override {}
+  } cancel;
+  const float length = ws.TrackLength, x = ws.Track.TrackPoints.back().X;
+  ws.progress = &cancel;
+  EXPECT_FALSE(form.mnuNextLap());
+  ws.progress = nullptr;
+  EXPECT_TRUE(ws.Track.Stopped);
+  EXPECT_EQ(form.Lap(), 1);
+  EXPECT_TRUE(form.Created());
+  EXPECT_EQ(ws.TrackLength, length);
+  EXPECT_EQ(ws.Track.TrackPoints.back().X, x);
   EXPECT_TRUE(form.mnuReset());
   EXPECT_EQ(form.Settings.LatGIncrement, 0.3);
 }
