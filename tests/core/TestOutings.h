@@ -20,10 +20,12 @@
 #include "core/app/Paths.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
+#include "core/compute/MathDefinitions.h"
 #include "core/demo/DemoInstall.h"
 #include "core/demo/DemoOutings.h"
 #include "core/demo/FactoryDescriptors.h"
 #include "core/outing/ChannelDescriptors.h"
+#include "core/outing/ConstantsBlock.h"
 #include "core/outing/OpenOuting.h"
 #include "core/outing/OutingFormat.h"
 #include "core/outing/OutingWriter.h"
@@ -111,6 +113,24 @@ inline bool WriteOuting(const QString& path, const OutingHeader& header, const s
   const bool ok = WriteOutingFile(path, header, blocks, nullptr, &error);
   EXPECT_TRUE(ok) << error.toStdString();
   return ok;
+}
+
+// One math definition, and small outings of a speed channel (10 Hz, 6 s) loaded into `slots` in
+// that order; the outing in slot 0 carries `constants` when given. The math directory exists.
+inline void LoadSpeedOutings(TestHome& home, const QString& math_line, std::initializer_list<int> slots,
+                             const std::vector<ConstantEntry>* constants = nullptr) {
+  Workspace& ws = home.ws();
+  QDir().mkpath(ws.Paths.MathDirectory);
+  ws.MathDefs[0].Line = math_line;
+  ws.MathCount = 1;
+  ProcessMathDefs(ws);
+  for (int slot : slots) {
+    const QString path = home.Path(QStringLiteral("OUT%1.DAT").arg(slot));
+    QString error;
+    EXPECT_TRUE(WriteOutingFile(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))},
+                                slot == 0 ? constants : nullptr, &error)) << error.toStdString();
+    EXPECT_TRUE(home.Load(slot, path));
+  }
 }
 
 // A demo outing cut to a few timed laps, written to `dir`.

@@ -222,15 +222,7 @@ TEST(frmEditMath, ImportRefusesOtherFilesAndWritesFailWithoutHarm) {
 // Two small outings loaded and one definition, in a home whose math directory exists.
 struct LoadedHome {
   LoadedHome() {
-    QDir().mkpath(ws().Paths.MathDirectory);
-    ws().MathDefs[0].Line = QStringLiteral("Double[001] = SYSTEM SPEED * 2");
-    ws().MathCount = 1;
-    ProcessMathDefs(ws());
-    for (int slot : {1, 0}) {
-      const QString path = home.Path(QStringLiteral("OUT%1.DAT").arg(slot));
-      WriteOuting(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))});
-      EXPECT_TRUE(home.Load(slot, path));
-    }
+    LoadSpeedOutings(home, QStringLiteral("Double[001] = SYSTEM SPEED * 2"), {1, 0});
     f.Form_Load(ws());
   }
   Workspace& ws() { return home.ws(); }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "../TestOutings.h"
-#include "core/compute/MathDefinitions.h"
 
 namespace {
 
@@ -11,16 +10,7 @@ using namespace test_outings;
 
 // One math channel, compiled into two small outings of a home with the factory CHANNEL.DSC.
 struct LoadedHome {
-  LoadedHome() {
-    ws().MathDefs[0].Line = QStringLiteral("Double[001] = SYSTEM SPEED * 2");
-    ws().MathCount = 1;
-    ProcessMathDefs(ws());
-    for (int slot : {0, 1}) {
-      const QString path = home.Path(QStringLiteral("OUT%1.DAT").arg(slot));
-      WriteOuting(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))});
-      EXPECT_TRUE(home.Load(slot, path));
-    }
-  }
+  LoadedHome() { LoadSpeedOutings(home, QStringLiteral("Double[001] = SYSTEM SPEED * 2"), {0, 1}); }
   Workspace& ws() { return home.ws(); }
   // The math channel stands behind the logged and the three derived channels.
   const ChannelRec& Math(int slot) {
