@@ -10,10 +10,15 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <csignal>
+#include <functional>
 #include <cmath>
 #include <memory>
 #include <ostream>
 #include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "core/app/Files.h"
 #include "core/app/Messages.h"
@@ -130,6 +135,33 @@ inline void LoadSpeedOutings(TestHome& home, const QString& math_line, std::init
     EXPECT_TRUE(WriteOutingFile(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))},
                                 slot == 0 ? constants : nullptr, &error)) << error.toStdString();
     EXPECT_TRUE(home.Load(slot, path));
+  }
+}
+
+// A writer killed at any moment leaves the old file or the new one, never a mix: a child calls
+// write(0), write(1), ... (alternating between two contents) until it is killed at varying moments.
+inline void ExpectKilledWriterLeavesOldOrNew(const QString& path, const std::function<void(int)>& write) {
+  auto bytes = [&] {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+  };
+  write(0);
+  const QByteArray first = bytes();
+  write(1);
+  const QByteArray second = bytes();
+  ASSERT_NE(first, second);
+  for (int round = 0; round < 12; ++round) {
+    const pid_t pid = fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+      for (int k = 0;; ++k) write(k);
+    }
+    usleep(static_cast<useconds_t>(2000 + round * 2800));
+    kill(pid, SIGKILL);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    const QByteArray now = bytes();
+    EXPECT_TRUE(now == first || now == second) << "round " << round;
   }
 }
 

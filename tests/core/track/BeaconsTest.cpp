@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <csignal>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "../TestOutings.h"
 #include "core/outing/ChannelData.h"
@@ -186,36 +183,15 @@ TEST_F(BeaconFileTest, FailedWriteSaysSoAndKeepsTheFile) {
   EXPECT_EQ(LastMessage(home.messages).title, QStringLiteral("Insert Beacon"));
 }
 
-// A writer killed at any moment leaves the old file or the new one, never a mix. The child
-// rewrites the beacons in a loop between two tables; the parent kills it at varying moments.
 TEST_F(BeaconFileTest, KilledWriterLeavesOldOrNewFile) {
-  Workspace& ws = home.ws();
-  OutingRec& o = OutingAt(ws, 0);
+  OutingRec& o = OutingAt(home.ws(), 0);
   const std::vector<LapRec> a = o.Laps;
   std::vector<LapRec> b = a;
   for (std::size_t i = 1; i + 1 < b.size(); ++i) b[i].StartTime += 7;
-  ASSERT_TRUE(WriteBeacons(ws, 0));
-  const QByteArray file_a = Bytes();
-  o.Laps = b;
-  ASSERT_TRUE(WriteBeacons(ws, 0));
-  const QByteArray file_b = Bytes();
-  ASSERT_NE(file_a, file_b);
-  for (int round = 0; round < 12; ++round) {
-    const pid_t pid = fork();
-    ASSERT_GE(pid, 0);
-    if (pid == 0) {
-      for (int k = 0;; ++k) {
-        o.Laps = k % 2 ? a : b;
-        WriteBeacons(ws, 0);
-      }
-    }
-    usleep(static_cast<useconds_t>(3000 + round * 2500));
-    kill(pid, SIGKILL);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    const QByteArray now = Bytes();
-    EXPECT_TRUE(now == file_a || now == file_b) << "round " << round;
-  }
+  ExpectKilledWriterLeavesOldOrNew(demo.path, [&](int k) {
+    o.Laps = k % 2 ? b : a;
+    WriteBeacons(home.ws(), 0);
+  });
 }
 
 }  // namespace

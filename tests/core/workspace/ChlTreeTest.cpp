@@ -142,22 +142,6 @@ TEST(TreeNodeTags, ChannelClassByNumber) {
   for (const Case& k : cases) EXPECT_EQ(ChannelClassOf(k.key), k.cls) << k.key;
 }
 
-TEST(TreeNodeTags, TagsParseBackToTheirIndexes) {
-  struct Case {
-    QString tag;
-    int outing, lap, channel;
-  } cases[] = {{"003", 3, -1, -1},      {"003:012", 3, 12, -1}, {"015:000:101", 15, 0, 101},
-               {":D", -1, -1, -1},      {"TRAK", -1, -1, -1},   {"", -1, -1, -1},
-               {"03:012", -1, -1, -1},  {"003:012:045:001", -1, -1, -1}};
-  for (const Case& k : cases) {
-    const TreeTagParts p = ParseTreeTag(k.tag);
-    EXPECT_EQ(p.Outing, k.outing) << k.tag.toStdString();
-    EXPECT_EQ(p.Lap, k.lap) << k.tag.toStdString();
-    EXPECT_EQ(p.Channel, k.channel) << k.tag.toStdString();
-  }
-  EXPECT_EQ(ChannelTag(3, 12, 45), "003:012:045");
-}
-
 TEST(LapSelection, ChannelsMatchByNumberThenByName) {
   OutingRec o;
   const std::pair<int, const char*> channels[] = {{5, "SYSTEM SPEED"}, {40, "RPM"}, {1027, "BRAKE BIAS"}};
