@@ -134,11 +134,6 @@ TEST_F(ChannelSettingsTest, AColourGoesToTheTraceAndWithDefaultToTheChannelEvery
   }
   // The trace's own colour is the one picked when the dialog opens.
   EXPECT_EQ(frmChlColor(ws(), 0, 1, rpm).Selected, 9);
-  // The swatches are named by the table of named colours (entry 11 has no name).
-  frmChlColor pick(ws());
-  EXPECT_FALSE(pick.cmdOK());  // nothing picked yet
-  const QStringList names = {pick.SwatchName(0), pick.SwatchName(3), pick.SwatchName(11), pick.SwatchName(19)};
-  EXPECT_EQ(names, QStringList({"dark violet", "red", "Colour 11", "salmon"}));
 }
 
 TEST_F(ChannelSettingsTest, ThePaletteTakesColoursInRangeAndIsSavedInTheStore) {
