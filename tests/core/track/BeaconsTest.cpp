@@ -8,6 +8,7 @@
 #include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/DistanceTime.h"
+#include "core/track/frmShiftBeacon.h"
 
 using namespace test_outings;
 
@@ -26,12 +27,21 @@ TEST(BeaconsTest, LapTimeTexts) {
   }
 }
 
-// An outing record with laps starting at these times; the last is the closing row.
-frmInsertBeacon Dialog(BareWorkspace& b, std::vector<int32_t> starts, int selected) {
-  OutingRec& o = b.Outing();
+// Gives the outing laps starting at these times; the last is the closing row.
+void SetRows(OutingRec& o, const std::vector<int32_t>& starts) {
   o.Laps.clear();
   for (int32_t t : starts) o.Laps.push_back(LapRec{0, t});
   o.LastLap = static_cast<int16_t>(starts.size() - 1);
+}
+
+std::vector<int32_t> Rows(const OutingRec& o) {
+  std::vector<int32_t> rows;
+  for (const LapRec& l : o.Laps) rows.push_back(l.StartTime);
+  return rows;
+}
+
+frmInsertBeacon Dialog(BareWorkspace& b, const std::vector<int32_t>& starts, int selected) {
+  SetRows(b.Outing(), starts);
   frmInsertBeacon d(b.ws, 0);
   d.Selected = selected;
   return d;
@@ -71,6 +81,42 @@ TEST(BeaconsTest, InsertByDistanceNeedsADistanceChannel) {
   EXPECT_FALSE(d.InsertByDistance(QStringLiteral("50")));
   EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("Error: No distance data for this function"));
   EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Insert Beacon"));
+}
+
+// Shifting the beacons by time: the laps between the out lap and the in lap move, and a shift
+// that would make laps overlap is refused.
+TEST(frmShiftBeaconTest, ShiftsTheInnerBeaconsByTimeWithinTheirNeighbours) {
+  const struct {
+    std::vector<int32_t> rows;
+    const char* shift;
+    std::vector<int32_t> expected;
+    const char* message;  // nullptr: accepted
+  } cases[] = {
+      {{0, 60000, 160000, 260000, 300000}, "1.5", {0, 61500, 161500, 260000, 300000}, nullptr},
+      {{0, 60000, 160000, 260000, 300000}, "-59.999", {0, 1, 100001, 260000, 300000}, nullptr},
+      {{0, 60000, 160000, 260000, 300000},
+       "-60",
+       {0, 60000, 160000, 260000, 300000},
+       "The shift would move a beacon past its neighbour"},
+      {{0, 60000, 160000, 260000, 300000},
+       "100",
+       {0, 60000, 160000, 260000, 300000},
+       "The shift would move a beacon past its neighbour"},
+      {{0, 60000, 160000, 260000, 300000}, "1,5", {0, 60000, 160000, 260000, 300000}, "Enter the shift as a number"},
+      {{0, 60000, 61000, 62000}, "0.5", {0, 60500, 61000, 62000}, nullptr},  // one beacon between
+      {{0, 60000, 300000}, "1", {0, 60000, 300000}, "There are no beacons between the out lap and the in lap"},
+  };
+  for (const auto& c : cases) {
+    BareWorkspace b;
+    SetRows(b.Outing(), c.rows);
+    frmShiftBeacon form(b.ws, 0);
+    form.txtShift = QString::fromLatin1(c.shift);
+    EXPECT_EQ(form.cmdOK(), c.message == nullptr) << c.shift;
+    EXPECT_EQ(Rows(b.Outing()), c.expected) << c.shift;
+    if (c.message != nullptr) {
+      EXPECT_EQ(LastMessage(b.messages).text, QString::fromLatin1(c.message)) << c.shift;
+    }
+  }
 }
 
 class BeaconFileTest : public ::testing::Test {
@@ -121,12 +167,8 @@ TEST_F(BeaconFileTest, SavedBeaconsChangeOnlyTheBeaconFields) {
       break;
     }
   }
-  std::vector<int32_t> starts;
-  for (const LapRec& l : o.Laps) starts.push_back(l.StartTime);
   ASSERT_TRUE(home.Load(1, demo.path));
-  std::vector<int32_t> again;
-  for (const LapRec& l : OutingAt(ws, 1).Laps) again.push_back(l.StartTime);
-  EXPECT_EQ(again, starts);
+  EXPECT_EQ(Rows(OutingAt(ws, 1)), Rows(o));
 }
 
 // A distance is measured from the start of the dialog's own row: after a delete earlier in the
