@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <csignal>
 #include <functional>
+#include <map>
 #include <cmath>
 #include <memory>
 #include <ostream>
@@ -190,6 +191,19 @@ inline DemoOuting MakeDemoOuting(const QString& file_name, const QString& dir, i
   d.path = JoinPath(dir, file_name);
   EXPECT_TRUE(WriteDemoOuting(d.recipe, d.sim, d.path, &error)) << error.toStdString();
   return d;
+}
+
+// A demo outing written once for the whole run, for the tests that only read it.
+inline const DemoOuting& SharedDemoOuting(const QString& file_name, int flying_laps) {
+  static QTemporaryDir dir;
+  static std::map<std::pair<QString, int>, std::unique_ptr<DemoOuting>> made;
+  std::unique_ptr<DemoOuting>& d = made[{file_name, flying_laps}];
+  if (!d) {
+    const QString laps = QString::number(flying_laps);  // the same name with other laps
+    QDir(dir.path()).mkpath(laps);
+    d = std::make_unique<DemoOuting>(MakeDemoOuting(file_name, dir.filePath(laps), flying_laps));
+  }
+  return *d;
 }
 
 // The time at which sample i of a lap's fetch was taken: a fetch starts at sample

@@ -144,10 +144,8 @@ class MathOverDemo : public ::testing::Test {
   static void SetUpTestSuite() {
     home_ = new TestHome;
     ASSERT_TRUE(home_->started);
-    for (const char* file : {"SILV0101.DAT", "SILV0102.DAT"}) {
-      const DemoOuting d = MakeDemoOuting(QString::fromLatin1(file), home_->Path(QString()), 2);
-      ASSERT_TRUE(home_->Load(file[7] == '1' ? 0 : 1, d.path)) << file;
-    }
+    ASSERT_TRUE(home_->Load(0, SharedDemoOuting("SILV0101.DAT", 2).path));
+    ASSERT_TRUE(home_->Load(1, SharedDemoOuting("SILV0102.DAT", 2).path));
   }
   static void TearDownTestSuite() { delete home_; }
   void SetUp() override {

@@ -22,11 +22,9 @@ class DemoFetch : public ::testing::Test {
     home_ = new TestHome;
     outings_ = new std::vector<DemoOuting>;
     ASSERT_TRUE(home_->started);
-    const char* files[] = {"SILV0101.DAT", "HOCK0301.DAT", "SPIE0201.DAT", "SILV0103.CNV"};
-    for (const char* file : files) {
-      outings_->push_back(MakeDemoOuting(QString::fromLatin1(file), home_->Path(QString()), 2));
-      const int slot = static_cast<int>(outings_->size()) - 1;
-      ASSERT_TRUE(home_->Load(slot, outings_->back().path)) << file;
+    for (const char* file : {"SILV0101.DAT", "HOCK0301.DAT", "SPIE0201.DAT", "SILV0103.CNV"}) {
+      outings_->push_back(SharedDemoOuting(QString::fromLatin1(file), 2));
+      ASSERT_TRUE(home_->Load(static_cast<int>(outings_->size()) - 1, outings_->back().path)) << file;
     }
   }
   static void TearDownTestSuite() {

@@ -108,7 +108,7 @@ TEST(SplitsTest, UserDistances) {
 // than the lap, so the lap is stretched by 0.99 and reaches a split later than its raw distance.
 TEST(SplitsTest, SplitTimesOfAStretchedDemoLap) {
   TestHome home;
-  DemoOuting demo = MakeDemoOuting(QStringLiteral("SPIE0201.DAT"), home.Path(QString()), 2);
+  const DemoOuting& demo = SharedDemoOuting(QStringLiteral("SPIE0201.DAT"), 2);
   ASSERT_TRUE(home.Load(0, demo.path));
   Workspace& ws = home.ws();
   const OutingRec& o = OutingAt(ws, 0);

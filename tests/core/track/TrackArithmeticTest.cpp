@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 
 #include "../TestOutings.h"
 #include "core/track/TrackCreate.h"
@@ -147,4 +148,35 @@ TEST(TrackArithmetic, EveryPointAsTheIntegrationDefinesIt) {
   }
 }
 
+
+TEST(TrackArithmetic, ZZPrintGolden) {
+  const struct {
+    int mode;
+    bool invert, closed, figure_of_eight, imperial;
+    double global_angle, offset;
+  } cases[] = {
+      {0, true, true, false, false, 180, 0},    {0, false, true, false, true, 90, 0.05},
+      {1, true, true, true, false, 0, 0},       {1, false, true, false, false, 270, 0.4},
+      {0, true, false, false, false, 180, 0},
+  };
+  for (const auto& c : cases) {
+    const float scale = c.mode == 1 ? 20.0f : 1.0f;
+    TrackSettings s;
+    s.CreateMode = c.mode, s.Invert = c.invert, s.Closed = c.closed, s.FigureOfEight = c.figure_of_eight;
+    s.GlobalAngle = c.global_angle, s.LatGOffset = c.offset;
+    s.LatGIncrement *= scale, s.LatGStartLimit *= scale, s.LatGEndLimit *= scale;
+    BareWorkspace b;
+    b.Outing().UnitsMask = c.imperial ? 0 : 1;
+    b.ws.Track.Samples = Lap(scale);
+    b.ws.Track.SampleLast = static_cast<int>(b.ws.Track.Samples.size()) - 1;
+    ASSERT_TRUE(CalculateTrack(b.ws, 0, 1, s));
+    const TrackState& t = b.ws.Track;
+    int corners = 0;
+    for (const TrackPoint& p : t.TrackPoints) corners += p.Corner != 0;
+    const TrackPoint& m = t.TrackPoints[t.TrackPoints.size() / 2];
+    const TrackPoint& e = t.TrackPoints.back();
+    std::printf("GOLDEN %d, %d, %.9gf, %.9gf, %.9gf, %.9gf, %.9gf, %.9gf, %.9gf, %.9gf, %.9gf\n", t.PointCount, corners,
+                m.X, m.Y, e.X, e.Y, t.TrackHeading, t.TrackMinX, t.TrackMinY, t.TrackMaxX, t.TrackMaxY);
+  }
+}
 }  // namespace

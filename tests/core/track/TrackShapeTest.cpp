@@ -89,7 +89,7 @@ class TrackShapeTest : public ::testing::TestWithParam<ShapeCase> {};
 TEST_P(TrackShapeTest, MapHasTheCircuitsShapeAndLength) {
   const ShapeCase& c = GetParam();
   TestHome home;
-  DemoOuting demo = MakeDemoOuting(QString::fromLatin1(c.file), home.Path(QString()), 2);
+  const DemoOuting& demo = SharedDemoOuting(QString::fromLatin1(c.file), 2);
   ASSERT_TRUE(home.Load(0, demo.path));
   TrackSettings s;
   s.CreateMode = c.mode;
