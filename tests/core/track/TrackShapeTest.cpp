@@ -122,10 +122,7 @@ TEST_P(TrackShapeTest, MapHasTheCircuitsShapeAndLength) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Demo, TrackShapeTest,
-                         ::testing::Values(ShapeCase{"SILV0101.DAT", 0}, ShapeCase{"SILV0101.DAT", 1},
-                                           ShapeCase{"SILV0101.DAT", 2}, ShapeCase{"SPIE0201.DAT", 0},
-                                           ShapeCase{"SPIE0201.DAT", 1}, ShapeCase{"SPIE0201.DAT", 2},
-                                           ShapeCase{"HOCK0301.DAT", 0}, ShapeCase{"HOCK0301.DAT", 1},
+                         ::testing::Values(ShapeCase{"SILV0101.DAT", 0}, ShapeCase{"SPIE0201.DAT", 1},
                                            ShapeCase{"HOCK0301.DAT", 2}));
 
 }  // namespace
