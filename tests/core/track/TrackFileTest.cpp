@@ -95,7 +95,7 @@ TEST(TrackFileTest, BadFilesLeaveNoMapAndSaySo) {
   for (const Case& c : cases) {
     BareWorkspace b;
     const QString path = b.dir.filePath(QString::fromLatin1(c.name));
-    if (c.write) ASSERT_TRUE(WriteFileAtomically(path, c.bytes));
+    ASSERT_TRUE(!c.write || WriteFileAtomically(path, c.bytes));
     b.ws.FolderTable[0].TrackFile = path;
     b.ws.TrackLoaded = true;
     EXPECT_FALSE(LoadTrackFile(b.ws, path)) << c.name;
