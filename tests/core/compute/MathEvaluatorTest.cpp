@@ -136,6 +136,59 @@ TEST(MathRates, LowestRateOfTheOperandsInTwoPasses) {
   }
 }
 
+// Two outings whose distance (10 Hz) grows by 10 m and by 5 m a sample, the second the Datum: at
+// each distance this lap is ahead by a tenth of a second for each sample it has driven.
+TEST(MathDelta, TimeBehindTheDatumAtTheSameDistance) {
+  TestHome home;
+  Workspace& ws = home.ws();
+  ws.Options.AutoFilterET = false;
+  ws.MathDefs[0].Line = QStringLiteral("Time_Delta[001] =  Delta TIME");
+  ws.MathCount = 1;
+  ProcessMathDefs(ws);
+  for (int slot : {0, 1}) {
+    const QString path = home.Path(QStringLiteral("D%1.DAT").arg(slot));
+    ASSERT_TRUE(WriteOuting(path, SmallHeader(10000),
+                            {Block(0, 6, 2, Ramp(101, 12, 0)), Block(70, 6, 2, Ramp(101, 0, slot == 0 ? 10 : 5))}));
+    ASSERT_TRUE(home.Load(slot, path));
+  }
+  ws.CurFolder = 0;
+  ws.FolderTable[0].DatumOuting = 1;
+  ws.FolderTable[0].DatumLap = 0;
+  const OutingRec& o = home.Outing(0);
+  GetChannelData(ws, 0, 0, o.LoggedCount + 3);
+  const std::vector<float>& behind = o.Laps[0].LapChannels[static_cast<std::size_t>(o.LoggedCount + 3)].Samples;
+  ASSERT_GT(behind.size(), 51u);
+  for (std::size_t j = 0; j <= 50; ++j) ASSERT_FLOAT_EQ(behind[j], -0.1f * static_cast<float>(j)) << j;
+}
+
+// FAST logged at 500 samples a second, SLOW at 200: their sum runs at 200, and sample j takes
+// FAST's sample j x 2.5 rounded halves to even (7.5 -> 8). A minus at the head negates, also
+// when the formula is worked out in blocks.
+TEST(MathResampling, AFasterOperandIsReadAtTheNearestSample) {
+  TestHome home;
+  Workspace& ws = home.ws();
+  ws.MathDefs[0].Line = QStringLiteral("Sum[001] = FAST + SLOW");
+  ws.MathDefs[1].Line = QStringLiteral("Neg[002] = - FAST");
+  ws.MathCount = 2;
+  ProcessMathDefs(ws);
+  OutingHeader h = SmallHeader(10000);
+  h.InputNames[1] = QStringLiteral("FAST");
+  h.InputNames[2] = QStringLiteral("SLOW");
+  h.InputCalibrations[1] = h.InputCalibrations[2] = {1, 0, 0, {}, {}, 0, 1, 0};  // the words as they are
+  const QString path = home.Path(QStringLiteral("RATES.DAT"));
+  ASSERT_TRUE(WriteOuting(path, h, {Block(1, 1, 2, Ramp(5001, 0, 1)), Block(2, 2, 2, Ramp(2001, 0, 0))}));
+  ASSERT_TRUE(home.Load(0, path));
+  const OutingRec& o = home.Outing(0);
+  const int sum = o.LoggedCount + 3, neg = sum + 1;
+  GetChannelData(ws, 0, 0, sum);
+  const std::vector<float>& v = o.Laps[0].LapChannels[static_cast<std::size_t>(sum)].Samples;
+  ASSERT_GT(v.size(), 8u);
+  EXPECT_EQ(std::vector<float>(v.begin(), v.begin() + 8), (std::vector<float>{0, 2, 5, 8, 10, 12, 15, 18}));
+  std::vector<float> blocks;
+  ASSERT_TRUE(EvaluateByBlocks(ws, 0, 0, neg, FetchUpperBound(ws, 0, 0, neg), blocks));
+  EXPECT_EQ(blocks[3], -3.0f);
+}
+
 // ---- Formulas over demo outings ----
 
 // Two demo outings of Silverstone, two timed laps each, in slots 0 and 1.
