@@ -10,20 +10,28 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <csignal>
+#include <functional>
+#include <map>
 #include <cmath>
 #include <memory>
 #include <ostream>
 #include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "core/app/Files.h"
 #include "core/app/Messages.h"
 #include "core/app/Paths.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
+#include "core/compute/MathDefinitions.h"
 #include "core/demo/DemoInstall.h"
 #include "core/demo/DemoOutings.h"
 #include "core/demo/FactoryDescriptors.h"
 #include "core/outing/ChannelDescriptors.h"
+#include "core/outing/ConstantsBlock.h"
 #include "core/outing/OpenOuting.h"
 #include "core/outing/OutingFormat.h"
 #include "core/outing/OutingWriter.h"
@@ -113,6 +121,51 @@ inline bool WriteOuting(const QString& path, const OutingHeader& header, const s
   return ok;
 }
 
+// One math definition, and small outings of a speed channel (10 Hz, 6 s) loaded into `slots` in
+// that order; the outing in slot 0 carries `constants` when given. The math directory exists.
+inline void LoadSpeedOutings(TestHome& home, const QString& math_line, std::initializer_list<int> slots,
+                             const std::vector<ConstantEntry>* constants = nullptr) {
+  Workspace& ws = home.ws();
+  QDir().mkpath(ws.Paths.MathDirectory);
+  ws.MathDefs[0].Line = math_line;
+  ws.MathCount = 1;
+  ProcessMathDefs(ws);
+  for (int slot : slots) {
+    const QString path = home.Path(QStringLiteral("OUT%1.DAT").arg(slot));
+    QString error;
+    EXPECT_TRUE(WriteOutingFile(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))},
+                                slot == 0 ? constants : nullptr, &error)) << error.toStdString();
+    EXPECT_TRUE(home.Load(slot, path));
+  }
+}
+
+// A writer killed at any moment leaves the old file or the new one, never a mix: a child calls
+// write(0), write(1), ... (alternating between two contents) until it is killed at varying moments.
+inline void ExpectKilledWriterLeavesOldOrNew(const QString& path, const std::function<void(int)>& write) {
+  auto bytes = [&] {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+  };
+  write(0);
+  const QByteArray first = bytes();
+  write(1);
+  const QByteArray second = bytes();
+  ASSERT_NE(first, second);
+  for (int round = 0; round < 12; ++round) {
+    const pid_t pid = fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+      for (int k = 0;; ++k) write(k);
+    }
+    usleep(static_cast<useconds_t>(2000 + round * 2800));
+    kill(pid, SIGKILL);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    const QByteArray now = bytes();
+    EXPECT_TRUE(now == first || now == second) << "round " << round;
+  }
+}
+
 // A demo outing cut to a few timed laps, written to `dir`.
 struct DemoOuting {
   DemoOutingSpec recipe;
@@ -138,6 +191,19 @@ inline DemoOuting MakeDemoOuting(const QString& file_name, const QString& dir, i
   d.path = JoinPath(dir, file_name);
   EXPECT_TRUE(WriteDemoOuting(d.recipe, d.sim, d.path, &error)) << error.toStdString();
   return d;
+}
+
+// A demo outing written once for the whole run, for the tests that only read it.
+inline const DemoOuting& SharedDemoOuting(const QString& file_name, int flying_laps) {
+  static QTemporaryDir dir;
+  static std::map<std::pair<QString, int>, std::unique_ptr<DemoOuting>> made;
+  std::unique_ptr<DemoOuting>& d = made[{file_name, flying_laps}];
+  if (!d) {
+    const QString laps = QString::number(flying_laps);  // the same name with other laps
+    QDir(dir.path()).mkpath(laps);
+    d = std::make_unique<DemoOuting>(MakeDemoOuting(file_name, dir.filePath(laps), flying_laps));
+  }
+  return *d;
 }
 
 // The time at which sample i of a lap's fetch was taken: a fetch starts at sample

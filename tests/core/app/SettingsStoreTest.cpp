@@ -69,13 +69,16 @@ TEST(SettingsStore, BooleansReadAsTheFamilyWritesThem) {
   EXPECT_EQ(s.Read(kAppUsb, "Download", "New", ""), "False");
 }
 
-// What one run writes at its end is what the next run starts with.
-TEST(SettingsStore, OptionsSavedAtShutDownAreReadByTheNextStart) {
+// What one run writes at its end is what the next run starts with; the paths go where the
+// downloader and the other programs find them ("Orlan Vector", "Paths").
+TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   QTemporaryDir home;
+  QTemporaryDir elsewhere;
   RecordingMessages messages;
   auto first = std::make_unique<Workspace>(messages, home.path());
   ReadPaths(*first);
   ReadRegistryData(*first);
+  first->Paths.MathDirectory = elsewhere.path() + "/Formulas";
   first->Options.ProcessBeacon = false;
   first->Options.ZoomPercent = 35;
   first->ChannelLists.xSelectGPS = false;
@@ -88,8 +91,11 @@ TEST(SettingsStore, OptionsSavedAtShutDownAreReadByTheNextStart) {
   ShutDown(*first);
 
   auto second = std::make_unique<Workspace>(messages, home.path());
+  EXPECT_EQ(second->Settings.Read(kAppFamily, "Paths", "MathDirectory", ""), first->Paths.MathDirectory);
   ReadPaths(*second);
   ReadRegistryData(*second);
+  EXPECT_EQ(second->Paths.MathDirectory, first->Paths.MathDirectory);
+  EXPECT_TRUE(QFileInfo(second->Paths.MathDirectory).isDir());
   EXPECT_FALSE(second->Options.ProcessBeacon);
   EXPECT_EQ(second->Options.ZoomPercent, 35);
   EXPECT_FALSE(second->ChannelLists.xSelectGPS);
@@ -128,31 +134,6 @@ TEST(Paths, DefaultsLieUnderTheHome) {
   ReadPaths(ws);
   for (const Case& c : cases) EXPECT_TRUE(QFileInfo(ws.Paths.*(c.member)).isDir()) << c.under;
   EXPECT_TRUE(QFileInfo(home.path() + "/Sample").isDir());
-}
-
-// The paths are shared with the downloader and the other programs through "Orlan Vector", "Paths".
-TEST(Paths, ASecondStartFindsWhatTheFirstWrote) {
-  QTemporaryDir home;
-  QTemporaryDir elsewhere;
-  RecordingMessages messages;
-  PathSettings written;
-  {
-    Workspace ws(messages, home.path());
-    ReadPaths(ws);
-    ws.Paths.DataDirectory = elsewhere.path() + "/Outings";
-    ws.Paths.MathDirectory = elsewhere.path() + "/Formulas";
-    written = ws.Paths;
-    ShutDown(ws);
-  }
-  Workspace again(messages, home.path());
-  EXPECT_EQ(again.Settings.Read(kAppFamily, "Paths", "DataDirectory", ""), written.DataDirectory);
-  EXPECT_EQ(again.Settings.Read(kAppFamily, "Paths", "SetupDirectory", ""), written.SetupDirectory);
-  ReadPaths(again);
-  for (QString PathSettings::*m : {&PathSettings::HexDirectory, &PathSettings::DataDirectory, &PathSettings::MathDirectory,
-                                   &PathSettings::SetupDirectory, &PathSettings::TelemDirectory}) {
-    EXPECT_EQ(again.Paths.*m, written.*m);
-  }
-  EXPECT_TRUE(QFileInfo(written.MathDirectory).isDir());
 }
 
 TEST(Paths, HomeComesFromTheOverrideThenOrlanHomeThenTheUsersHome) {

@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 #include <numeric>
-#include <random>
 
 #include "../TestOutings.h"
 #include "core/compute/frmFilters.h"
@@ -80,43 +79,6 @@ TEST(Filters, WindowShapes) {
   const std::vector<float> raised = BuildWindowedKernel(Channel(2, 20), 1300);
   for (std::size_t i = 0; i < blackman.size(); ++i) EXPECT_NEAR(blackman[i], raised[i], 1e-6) << i;
   EXPECT_NEAR(blackman[0], 0.0, 1e-7);
-}
-
-// The convolution as written out: three pieces, each output a float sum in ascending j. The
-// filter must give these very floats, also for arrays shorter than the kernel.
-std::vector<float> ConvolveAsWritten(const std::vector<float>& h, const std::vector<float>& x) {
-  const int u = static_cast<int>(x.size()) - 1, m = static_cast<int>(h.size()) - 1;
-  const int half = static_cast<int>(std::nearbyint(m / 2.0));
-  std::vector<float> y(static_cast<std::size_t>(std::max(u, 0)), 0.0f);
-  auto sum = [&](int i, int j0, int j1) {
-    float s = 0;
-    for (int j = j0; j <= j1; ++j) {
-      const int k = j - half + i;
-      if (k >= 0 && k <= u) s += h[static_cast<std::size_t>(j)] * x[static_cast<std::size_t>(k)];
-    }
-    return s;
-  };
-  for (int i = 0; i < std::min(half, u); ++i) y[static_cast<std::size_t>(i)] = sum(i, half - i, m);
-  for (int i = half; i <= u - half - 1; ++i) y[static_cast<std::size_t>(i)] = sum(i, 0, m);
-  for (int i = std::max(0, u - half); i < u; ++i) y[static_cast<std::size_t>(i)] = sum(i, 0, u - i - half + m);
-  return y;
-}
-
-TEST(Filters, ConvolutionGivesTheSumsAsWritten) {
-  std::mt19937 rng(5);
-  std::uniform_real_distribution<float> value(-100, 100);
-  const struct { int kernel; int samples; } cases[] = {{10, 5000}, {15, 3001}, {200, 2100}, {200, 150}, {40, 2}, {10, 1}};
-  for (const auto& c : cases) {
-    ChannelRec channel;
-    channel.Rate = 1;
-    channel.FilterKind = 2;
-    channel.FilterKernel = static_cast<int16_t>(c.kernel);
-    channel.FilterLowCut = 2500;
-    const std::vector<float> h = ChannelKernel(channel);
-    std::vector<float> x(static_cast<std::size_t>(c.samples));
-    for (float& v : x) v = value(rng);
-    EXPECT_EQ(Convolve(h, x), ConvolveAsWritten(h, x)) << "kernel " << c.kernel << ", samples " << c.samples;
-  }
 }
 
 TEST(Filters, ConstantThroughKernelFilters) {

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
-#include <numeric>
 #include <random>
 
 #include "../TestOutings.h"
@@ -137,6 +136,59 @@ TEST(MathRates, LowestRateOfTheOperandsInTwoPasses) {
   }
 }
 
+// Two outings whose distance (10 Hz) grows by 10 m and by 5 m a sample, the second the Datum: at
+// each distance this lap is ahead by a tenth of a second for each sample it has driven.
+TEST(MathDelta, TimeBehindTheDatumAtTheSameDistance) {
+  TestHome home;
+  Workspace& ws = home.ws();
+  ws.Options.AutoFilterET = false;
+  ws.MathDefs[0].Line = QStringLiteral("Time_Delta[001] =  Delta TIME");
+  ws.MathCount = 1;
+  ProcessMathDefs(ws);
+  for (int slot : {0, 1}) {
+    const QString path = home.Path(QStringLiteral("D%1.DAT").arg(slot));
+    ASSERT_TRUE(WriteOuting(path, SmallHeader(10000),
+                            {Block(0, 6, 2, Ramp(101, 12, 0)), Block(70, 6, 2, Ramp(101, 0, slot == 0 ? 10 : 5))}));
+    ASSERT_TRUE(home.Load(slot, path));
+  }
+  ws.CurFolder = 0;
+  ws.FolderTable[0].DatumOuting = 1;
+  ws.FolderTable[0].DatumLap = 0;
+  const OutingRec& o = home.Outing(0);
+  GetChannelData(ws, 0, 0, o.LoggedCount + 3);
+  const std::vector<float>& behind = o.Laps[0].LapChannels[static_cast<std::size_t>(o.LoggedCount + 3)].Samples;
+  ASSERT_GT(behind.size(), 51u);
+  for (std::size_t j = 0; j <= 50; ++j) ASSERT_FLOAT_EQ(behind[j], -0.1f * static_cast<float>(j)) << j;
+}
+
+// FAST logged at 500 samples a second, SLOW at 200: their sum runs at 200, and sample j takes
+// FAST's sample j x 2.5 rounded halves to even (7.5 -> 8). A minus at the head negates, also
+// when the formula is worked out in blocks.
+TEST(MathResampling, AFasterOperandIsReadAtTheNearestSample) {
+  TestHome home;
+  Workspace& ws = home.ws();
+  ws.MathDefs[0].Line = QStringLiteral("Sum[001] = FAST + SLOW");
+  ws.MathDefs[1].Line = QStringLiteral("Neg[002] = - FAST");
+  ws.MathCount = 2;
+  ProcessMathDefs(ws);
+  OutingHeader h = SmallHeader(10000);
+  h.InputNames[1] = QStringLiteral("FAST");
+  h.InputNames[2] = QStringLiteral("SLOW");
+  h.InputCalibrations[1] = h.InputCalibrations[2] = {1, 0, 0, {}, {}, 0, 1, 0};  // the words as they are
+  const QString path = home.Path(QStringLiteral("RATES.DAT"));
+  ASSERT_TRUE(WriteOuting(path, h, {Block(1, 1, 2, Ramp(5001, 0, 1)), Block(2, 2, 2, Ramp(2001, 0, 0))}));
+  ASSERT_TRUE(home.Load(0, path));
+  const OutingRec& o = home.Outing(0);
+  const int sum = o.LoggedCount + 3, neg = sum + 1;
+  GetChannelData(ws, 0, 0, sum);
+  const std::vector<float>& v = o.Laps[0].LapChannels[static_cast<std::size_t>(sum)].Samples;
+  ASSERT_GT(v.size(), 8u);
+  EXPECT_EQ(std::vector<float>(v.begin(), v.begin() + 8), (std::vector<float>{0, 2, 5, 8, 10, 12, 15, 18}));
+  std::vector<float> blocks;
+  ASSERT_TRUE(EvaluateByBlocks(ws, 0, 0, neg, FetchUpperBound(ws, 0, 0, neg), blocks));
+  EXPECT_EQ(blocks[3], -3.0f);
+}
+
 // ---- Formulas over demo outings ----
 
 // Two demo outings of Silverstone, two timed laps each, in slots 0 and 1.
@@ -145,10 +197,8 @@ class MathOverDemo : public ::testing::Test {
   static void SetUpTestSuite() {
     home_ = new TestHome;
     ASSERT_TRUE(home_->started);
-    for (const char* file : {"SILV0101.DAT", "SILV0102.DAT"}) {
-      const DemoOuting d = MakeDemoOuting(QString::fromLatin1(file), home_->Path(QString()), 2);
-      ASSERT_TRUE(home_->Load(file[7] == '1' ? 0 : 1, d.path)) << file;
-    }
+    ASSERT_TRUE(home_->Load(0, SharedDemoOuting("SILV0101.DAT", 2).path));
+    ASSERT_TRUE(home_->Load(1, SharedDemoOuting("SILV0102.DAT", 2).path));
   }
   static void TearDownTestSuite() { delete home_; }
   void SetUp() override {
@@ -190,89 +240,29 @@ class MathOverDemo : public ::testing::Test {
 };
 TestHome* MathOverDemo::home_ = nullptr;
 
-TEST_F(MathOverDemo, FormulasAgreeWithTheSameQuantityByHand) {
-  Define({"Rear_Slip[001] = (WHEEL SPEED RL + WHEEL SPEED RR) * 100 / (WHEEL SPEED FL + WHEEL SPEED FR) - 100",
-          "Speed_Diff[002] = WHEEL SPEED RL - WHEEL SPEED FL",
-          "Brake_Load[003] = BRAKE PRESSURE * THROTTLE / 100"});
-  const std::vector<float>& rl = Fetch(Index("WHEEL SPEED RL"));
-  const std::vector<float>& rr = Fetch(Index("WHEEL SPEED RR"));
-  const std::vector<float>& fl = Fetch(Index("WHEEL SPEED FL"));
-  const std::vector<float>& fr = Fetch(Index("WHEEL SPEED FR"));
-  const std::vector<float>& slip = Fetch(Math(0));
-  const std::vector<float>& diff = Fetch(Math(1));
-  ASSERT_EQ(Rate(Math(0)), Rate(Index("WHEEL SPEED RL")));
-  ASSERT_EQ(slip.size(), rl.size());
-  for (std::size_t j = 0; j + 1 < slip.size(); ++j) {
-    // "*" binds tighter than "/": (sum x 100) / sum, in 32-bit floats.
-    const float front = fl[j] + fr[j];
-    const float expected = front == 0 ? -100.0f : (rl[j] + rr[j]) * 100.0f / front - 100.0f;
-    ASSERT_EQ(slip[j], expected) << j;
-    ASSERT_EQ(diff[j], rl[j] - fl[j]) << j;
-  }
-  EXPECT_EQ(slip.back(), 0.0f);  // column N is never an operand's
-
-  // Brake pressure at 1 kHz, throttle at 50 Hz: the channel runs at 50 Hz and takes every
-  // twentieth brake sample.
+// Brake pressure at 1 kHz, throttle at 50 Hz: the channel runs at the lower rate and takes the
+// brake sample nearest each of its own, rounding halves to even.
+TEST_F(MathOverDemo, OperandsOfAHigherRateAreResampled) {
+  Define({"Brake_Load[001] = BRAKE PRESSURE * THROTTLE / 100", "Seven[002] = 3 + 4", "Minus[003] = - 5"});
   const int brake = Index("BRAKE PRESSURE"), throttle = Index("THROTTLE");
-  ASSERT_EQ(Rate(Math(2)), Rate(throttle));
+  ASSERT_EQ(Rate(Math(0)), Rate(throttle));
   const std::vector<float>& b = Fetch(brake);
   const std::vector<float>& t = Fetch(throttle);
-  const std::vector<float>& load = Fetch(Math(2));
+  const std::vector<float>& load = Fetch(Math(0));
   ASSERT_EQ(load.size(), t.size());
   const float ratio = Rate(brake) / Rate(throttle);
   for (std::size_t j = 0; j + 1 < load.size(); ++j) {
     const float brake_j = b[static_cast<std::size_t>(RoundHalfEven(static_cast<double>(j) * ratio))];
     ASSERT_EQ(load[j], brake_j * t[j] / 100.0f) << j;
   }
-}
+  EXPECT_EQ(load.back(), 0.0f);  // column N is never an operand's
 
-TEST_F(MathOverDemo, NumbersAndFlatFunctions) {
-  Define({"Seven[001] = 3 + 4", "Minus[002] = - 5", "Mean[003] =  Avg SYSTEM SPEED",
-          "Top[004] =  Max SYSTEM SPEED", "Peak[005] =  Ceil SYSTEM SPEED"});
-  EXPECT_EQ(Rate(Math(0)), 0.001f);  // no channel named: 1 Hz
-  const std::vector<float>& seven = Fetch(Math(0));
-  ASSERT_GT(seven.size(), 90u);  // a lap of about 100 s and the 5 s margin
-  EXPECT_EQ(seven.size(), static_cast<std::size_t>(FetchUpperBound(ws(), 0, 1, Math(0)) + 1));
+  // No channel named: 1 Hz over the lap and its margin; a minus at the head negates.
+  EXPECT_EQ(Rate(Math(1)), 0.001f);
+  const std::vector<float>& seven = Fetch(Math(1));
+  EXPECT_EQ(seven.size(), static_cast<std::size_t>(FetchUpperBound(ws(), 0, 1, Math(1)) + 1));
   for (std::size_t j = 0; j + 1 < seven.size(); ++j) ASSERT_EQ(seven[j], 7.0f);
-  for (std::size_t j = 0; j + 1 < seven.size(); ++j) ASSERT_EQ(Fetch(Math(1))[j], -5.0f);
-
-  const std::vector<float>& speed = Fetch(Index("SYSTEM SPEED"));
-  const std::size_t n = speed.size() - 1;
-  const double mean = std::accumulate(speed.begin(), speed.begin() + static_cast<std::ptrdiff_t>(n), 0.0) / static_cast<double>(n);
-  const float peak = *std::max_element(speed.begin(), speed.begin() + static_cast<std::ptrdiff_t>(n));
-  const std::vector<float>& avg = Fetch(Math(2));
-  const std::vector<float>& top = Fetch(Math(3));
-  const std::vector<float>& ceil = Fetch(Math(4));
-  for (std::size_t j = 0; j < n; ++j) {
-    ASSERT_FLOAT_EQ(avg[j], static_cast<float>(mean));
-    ASSERT_EQ(ceil[j], peak);
-    if (j > 0) ASSERT_GE(top[j], top[j - 1]);
-    ASSERT_GE(top[j], speed[j]);
-  }
-  EXPECT_EQ(top[n - 1], peak);
-}
-
-// The demo logs distance in metres at 10 Hz and speed in km/h: the derivative of distance is
-// the speed, the integral of the speed the distance driven.
-TEST_F(MathOverDemo, DerivAndIntegAgreeWithSpeedAndDistance) {
-  Define({"Speed_Ms[001] =  Deriv DISTANCE", "Driven[002] =  Integ (SYSTEM SPEED / 3.6)"});
-  const std::vector<float>& distance = Fetch(Index("DISTANCE"));
-  const std::vector<float>& speed = Fetch(Index("SYSTEM SPEED"));
-  const std::vector<float>& deriv = Fetch(Math(0));
-  const std::vector<float>& driven = Fetch(Math(1));
-  ASSERT_EQ(Rate(Math(0)), 0.01f);  // distance at 10 Hz
-  ASSERT_EQ(Rate(Math(1)), Rate(Index("SYSTEM SPEED")));
-  const float ratio = Rate(Index("SYSTEM SPEED")) / Rate(Index("DISTANCE"));
-  const int lap_samples = LapTimeMs(Outing(), 1) / 100;
-  for (int j = 10; j < lap_samples - 10; ++j) {
-    // Three samples ahead: the speed in the middle of the step. Distance is logged in whole
-    // metres, one of which over the 0.3 s step is 3.3 m/s.
-    const float mid = speed[static_cast<std::size_t>(RoundHalfEven((j + 1.5) * ratio))] / 3.6f;
-    ASSERT_NEAR(deriv[static_cast<std::size_t>(j)], mid, 0.01 * mid + 3.4) << j;
-  }
-  const int end = RoundHalfEven(lap_samples * static_cast<double>(ratio));
-  const float lap_distance = distance[static_cast<std::size_t>(lap_samples)] - distance[0];
-  EXPECT_NEAR(driven[static_cast<std::size_t>(end)], lap_distance, 0.002 * lap_distance);
+  for (std::size_t j = 0; j + 1 < seven.size(); ++j) ASSERT_EQ(Fetch(Math(2))[j], -5.0f);
 }
 
 TEST_F(MathOverDemo, DeltaAgainstTheDatumLap) {
@@ -292,23 +282,9 @@ TEST_F(MathOverDemo, DeltaAgainstTheDatumLap) {
   const std::vector<float>& delta = Fetch(Math(0));
   for (std::size_t j = 0; j + 1 < delta.size() && j < datum.size(); ++j) ASSERT_EQ(delta[j], mine[j] - datum[j]) << j;
 
-  // Time: seconds behind the Datum at the same distance, smoothed. At the line the difference
-  // is the difference of the lap times.
-  const std::vector<float>& behind = Fetch(Math(1));
+  // Time behind the Datum (its values: MathDelta above) is smoothed.
+  Fetch(Math(1));
   EXPECT_EQ(Outing().Channels[static_cast<std::size_t>(Math(1))].FilterKind, 1);
-  const int lap_ms = LapTimeMs(Outing(), 1), datum_ms = LapTimeMs(Outing(1), 1);
-  ASSERT_NE(lap_ms, datum_ms);
-  const float rate = Rate(Math(1));
-  const std::size_t at_line = static_cast<std::size_t>(RoundHalfEven(lap_ms * static_cast<double>(rate))) - 3;
-  EXPECT_NEAR(behind[at_line], (lap_ms - datum_ms) / 1000.0, 0.15);
-  EXPECT_NEAR(behind[20], 0.0, 0.15);  // both laps start on the line
-
-  // The Datum against itself is never behind.
-  folder.DatumOuting = 0;
-  ResetDeltaMathChannels(ws());
-  EXPECT_TRUE(Outing().Laps[1].LapChannels[static_cast<std::size_t>(Math(1))].Samples.empty());
-  const std::vector<float>& self = Fetch(Math(1));
-  for (std::size_t j = 5; j + 5 < static_cast<std::size_t>(lap_ms / 100); ++j) ASSERT_NEAR(self[j], 0.0, 0.05) << j;
 }
 
 // A chain M1 = speed, Mk = M(k-1) + 1: nine levels evaluate; the tenth finds zeros at the

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "../TestOutings.h"
-#include "core/compute/MathCompiler.h"
 #include "core/outing/ConstantsBlock.h"
 
 namespace {
@@ -44,6 +43,8 @@ class OutingConstantsFile : public ::testing::Test {
   TestHome home;
 };
 
+// Known names take the outing's values, unknown ones are dropped; without a block the global
+// values stand.
 TEST_F(OutingConstantsFile, KnownNamesTakeTheOutingsValuesUnknownAreDropped) {
   const std::vector<ConstantEntry> stored = {
       {QStringLiteral("Tyre Pressure"), 1.6f}, {QStringLiteral("Brake Bias"), 58.5f},
@@ -51,18 +52,12 @@ TEST_F(OutingConstantsFile, KnownNamesTakeTheOutingsValuesUnknownAreDropped) {
       {QStringLiteral("Wheelbase"), 2.95f},
   };
   ASSERT_TRUE(home.Load(0, Write("FIVE.DAT", &stored)));
-  const OutingRec& o = home.Outing(0);
-  EXPECT_EQ(o.OutingConstantCount, 5);
-  ASSERT_EQ(o.OutingConstants.size(), kGlobals.size());
-  for (std::size_t i = 0; i < kGlobals.size(); ++i) EXPECT_EQ(o.OutingConstants[i].Name, kGlobals[i].Name);
+  ASSERT_TRUE(home.Load(1, Write("NONE.DAT", nullptr)));
+  EXPECT_EQ(home.Outing(0).OutingConstantCount, 5);
+  for (std::size_t i = 0; i < kGlobals.size(); ++i) EXPECT_EQ(home.Outing(0).OutingConstants.at(i).Name, kGlobals[i].Name);
   EXPECT_EQ(Values(0), (std::vector<QString>{"58.5", "0.45", "0.748", "2.95", "3.2"}));
-  EXPECT_TRUE(home.messages.entries.empty());
-}
-
-TEST_F(OutingConstantsFile, WithoutABlockTheGlobalValuesStand) {
-  ASSERT_TRUE(home.Load(0, Write("NONE.DAT", nullptr)));
-  EXPECT_EQ(home.Outing(0).OutingConstantCount, 0);
-  EXPECT_EQ(Values(0), (std::vector<QString>{"57.5", "0.45", "0.745", "3.0", "3.2"}));
+  EXPECT_EQ(home.Outing(1).OutingConstantCount, 0);
+  EXPECT_EQ(Values(1), (std::vector<QString>{"57.5", "0.45", "0.745", "3.0", "3.2"}));
   EXPECT_TRUE(home.messages.entries.empty());
 }
 
@@ -75,19 +70,6 @@ TEST_F(OutingConstantsFile, NamesCompareOverTheirFixedWidth) {
   const std::vector<ConstantEntry> stored = {{QStringLiteral("BRAKE BIAS"), 60.0f}, {long_name.left(32), 4.0f}};
   ASSERT_TRUE(home.Load(0, Write("NAMES.DAT", &stored)));
   EXPECT_EQ(Values(0), (std::vector<QString>{"60", "4", "3"}));
-}
-
-TEST_F(OutingConstantsFile, OutingValuesReachTheFormulas) {
-  Workspace& ws = home.ws();
-  ws.MathDefs[0].Line = QStringLiteral("Fuel_Mass[001] = SYSTEM SPEED * Fuel Density");
-  ws.MathCount = 1;
-  ProcessMathDefs(ws);
-  const std::vector<ConstantEntry> stored = {{QStringLiteral("Fuel Density"), 0.748f}};
-  ASSERT_TRUE(home.Load(0, Write("FORMULA.DAT", &stored)));
-  EXPECT_EQ(ws.MathDefs[0].BoundText, "$000 * 0.748000");
-  EXPECT_EQ(home.Outing(0).Postfix.at(0).Count, 3);
-  ASSERT_TRUE(home.Load(1, Write("GLOBAL.DAT", nullptr)));
-  EXPECT_EQ(ws.MathDefs[0].BoundText, "$000 * 0.745000");  // the outing compiled last
 }
 
 // The block is written in place: the data before it, the tail of a longer old block and

@@ -106,20 +106,10 @@ TEST(frmConstants, ExportImportRoundTripAndRefusals) {
 // keeps its own fuel density, slot 1 keeps no constants.
 struct LoadedHome {
   LoadedHome() {
-    QDir().mkpath(ws().Paths.MathDirectory);
     ws().GlobalConstants = kGlobals;
     ws().GlobalConstantCount = static_cast<int>(kGlobals.size());
-    ws().MathDefs[0].Line = QStringLiteral("Fuel_Mass[001] = SYSTEM SPEED * Fuel Density");
-    ws().MathCount = 1;
-    ProcessMathDefs(ws());
     const std::vector<ConstantEntry> own = {{QStringLiteral("Fuel Density"), 0.748f}};
-    for (int slot : {1, 0}) {
-      const QString path = home.Path(QStringLiteral("OUT%1.DAT").arg(slot));
-      QString error;
-      EXPECT_TRUE(WriteOutingFile(path, SmallHeader(5990), {Block(68, 3, 2, Ramp(600, 0, 10))},
-                                  slot == 0 ? &own : nullptr, &error));
-      EXPECT_TRUE(home.Load(slot, path));
-    }
+    LoadSpeedOutings(home, QStringLiteral("Fuel_Mass[001] = SYSTEM SPEED * Fuel Density"), {1, 0}, &own);
     f.Form_Load(ws());
   }
   Workspace& ws() { return home.ws(); }

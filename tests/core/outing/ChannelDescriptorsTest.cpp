@@ -1,18 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <cstring>
-#include <memory>
 #include <random>
 
-#include "core/app/Paths.h"
-#include "core/app/Workspace.h"
-#include "core/outing/ChannelDescriptors.h"
+#include "../TestOutings.h"
 #include "core/outing/ChannelIdentity.h"
-
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace {
 
@@ -50,17 +42,16 @@ QByteArray RandomBytes(int n, uint32_t seed) {
   return b;
 }
 
-QString WriteTemp(const QTemporaryDir& dir, const QByteArray& bytes) {
-  const QString path = dir.path() + "/CHANNEL.DSC";
-  QFile f(path);
-  f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-  f.write(bytes);
+QString WriteTemp(const QString& dir, const QByteArray& bytes) {
+  const QString path = dir + "/CHANNEL.DSC";
+  EXPECT_TRUE(WriteFileAtomically(path, bytes));
   return path;
 }
 
 QByteArray ReadAll(const QString& path) {
-  QFile f(path);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+  QByteArray bytes;
+  ReadFileBytes(path, 0, 1 << 20, bytes);
+  return bytes;
 }
 
 TEST(ChannelDescriptors, RecordCountRoundsHalvesToEven) {
@@ -85,7 +76,7 @@ TEST(ChannelDescriptors, AShortLastRecordIsPaddedWithZeros) {
   bytes += part;  // 256 + 192 bytes: two records, the second half there
 
   ChannelDescriptorFile file;
-  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, bytes), file));
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), bytes), file));
   ASSERT_EQ(file.Records.size(), 2u);
   const ChannelDescriptor& r = file.Records[1];
   EXPECT_EQ(r.Name.text, "Brake Press Front");
@@ -101,10 +92,10 @@ TEST(ChannelDescriptors, AShortLastRecordIsPaddedWithZeros) {
   EXPECT_EQ(out.mid(256 + 128 + 64), QByteArray(64, '\0'));
 
   // Half a record is no record: 256 + 64 rounds to 0.
-  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, Head() + part), file));
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), Head() + part), file));
   EXPECT_TRUE(file.Records.empty());
   EXPECT_EQ(ChannelDescriptorFileBytes(file).size(), 256);
-  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, Head()), file));
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), Head()), file));
   EXPECT_TRUE(file.Records.empty());
 }
 
@@ -113,7 +104,7 @@ TEST(ChannelDescriptors, GroupNamesAreTrimmedAndSerialBecomesTelltale) {
   QByteArray bytes = Head();
   PutText(bytes, 24 + 16 * 4, 16, "Serial Bus");
   ChannelDescriptorFile file;
-  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, bytes), file));
+  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), bytes), file));
   const char* shown[10] = {"Analog", "Digital", "Telltale", "ECU", "Serial Bus", "GPS", "PCU", "Math", "", "Spare"};
   for (int g = 0; g < 10; ++g) EXPECT_EQ(file.Head.GroupNames[g].text, shown[g]) << g;
   EXPECT_EQ(file.Head.DscTitle.text, "ORLAN CHANNELS");
@@ -131,7 +122,7 @@ TEST(ChannelDescriptors, RecordsSurviveAReadAndAWriteByteForByte) {
     bytes.replace(184, 72, RandomBytes(72, seed + 100));
     bytes += RandomBytes(5 * 128, seed);
     ChannelDescriptorFile file;
-    ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir, bytes), file));
+    ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), bytes), file));
     ASSERT_EQ(file.Records.size(), 5u);
     const QByteArray out = ChannelDescriptorFileBytes(file);
     EXPECT_EQ(out.mid(256), bytes.mid(256)) << "seed " << seed;
@@ -139,22 +130,16 @@ TEST(ChannelDescriptors, RecordsSurviveAReadAndAWriteByteForByte) {
   }
 }
 
+// A workspace whose setup directory holds a CHANNEL.DSC of the given bytes.
 class DescriptorWorkspace : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ws = std::make_unique<Workspace>(messages, home.path());
-    ws->Paths = DefaultPaths(home.path());
-    QDir().mkpath(ws->Paths.SetupDirectory);
-  }
   QString Install(const QByteArray& bytes) {
-    QFile f(ChannelDscPath(*ws));
-    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    f.write(bytes);
-    return ChannelDscPath(*ws);
+    b.ws.Paths = DefaultPaths(b.dir.path());
+    QDir().mkpath(b.ws.Paths.SetupDirectory);
+    return WriteTemp(b.ws.Paths.SetupDirectory, bytes);
   }
-  QTemporaryDir home;
-  RecordingMessages messages;
-  std::unique_ptr<Workspace> ws;
+  test_outings::BareWorkspace b;
+  Workspace* ws = &b.ws;
 };
 
 TEST_F(DescriptorWorkspace, AppendWritesARecordWithTheDefaults) {

@@ -1,30 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <cstring>
 #include <limits>
-#include <vector>
 
+#include "../TestOutings.h"
 #include "core/outing/ConstantsBlock.h"
-#include "core/outing/OutingFormat.h"
-#include "core/outing/OutingHeader.h"
-#include "core/outing/OutingWriter.h"
-
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace {
 
-QByteArray FileBytes(const QString& path) {
-  QFile f(path);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-std::vector<double> Ramp(int n, double from, double step) {
-  std::vector<double> v;
-  for (int i = 0; i < n; ++i) v.push_back(from + step * i);
-  return v;
-}
+using namespace test_outings;
 
 // Blocks of every word size; the large ones cross page boundaries in both page sizes.
 std::vector<ChannelBlockData> SampleBlocks() {
@@ -50,46 +34,28 @@ TEST(OutingWriter, AWrittenOutingReadsBackAsWritten) {
     SCOPED_TRACE(std::string(c.system) + " cyclic " + std::to_string(c.cyclic));
     QTemporaryDir dir;
     const QString path = dir.path() + "/TEST.DAT";
-    OutingHeader h;
+    OutingHeader h = SmallHeader(123456);
     h.SystemName = c.system;
-    h.Version = "8.0.0";
-    h.LcuSerial = 1234;
-    h.SystemFlags = 1;
-    h.Driver = "J. Smith";
-    h.TrackName = "Snetterton 300";
     h.Comment1 = "Thirty-two characters, no blank!";
     h.Cyclic = c.cyclic;
-    h.EndTime = 123456;
-    h.RawEndTime = 987654;
     h.BeaconCount = 2;
-    h.BeaconTimes[0] = 61000;
     h.BeaconTimes[1] = 122000;
-    h.InputNames[5] = "Oil Press";
     std::memcpy(h.Raw.data() + 36, "carried text", 12);  // bytes no field names
     const std::vector<ChannelBlockData> blocks = SampleBlocks();
     QString error;
-    ASSERT_TRUE(WriteOutingFile(path, h, blocks, c.constants ? &constants : nullptr, &error))
-        << error.toStdString();
+    ASSERT_TRUE(WriteOutingFile(path, h, blocks, c.constants ? &constants : nullptr, &error)) << error.toStdString();
 
+    // The header as it was given, the channel table laid out for the blocks behind it.
     OutingHeader back;
     ASSERT_TRUE(ReadOutingHeader(path, back));
-    EXPECT_EQ(back.SystemName.text, c.system);
-    EXPECT_EQ(back.Version.text, "8.0.0");
-    EXPECT_EQ(back.LcuSerial, 1234);
-    EXPECT_EQ(back.SystemFlags, 1);
-    EXPECT_EQ(back.Driver.text, "J. Smith");
-    EXPECT_EQ(back.TrackName.text, "Snetterton 300");
     EXPECT_EQ(back.Comment1.text, "Thirty-two characters, no blank!");
     EXPECT_EQ(back.Cyclic, c.cyclic);
-    EXPECT_EQ(back.EndTime, 123456);
-    EXPECT_EQ(back.RawEndTime, 987654);
-    EXPECT_EQ(back.BeaconCount, 2);
     EXPECT_EQ(back.BeaconTimes[1], 122000);
-    EXPECT_EQ(back.InputNames[5].text, "Oil Press");
     EXPECT_EQ(std::memcmp(back.Raw.data() + 36, "carried text", 12), 0);
     ASSERT_EQ(back.LoggedChannels, blocks.size());
 
-    const QByteArray file = FileBytes(path);
+    QByteArray file;
+    ASSERT_TRUE(ReadFileBytes(path, 0, 1 << 20, file));
     const std::vector<int64_t> offsets = ChannelBlockOffsets(back);
     ASSERT_EQ(offsets.size(), blocks.size() + 1);
     for (std::size_t i = 0; i < blocks.size(); ++i) {

@@ -88,27 +88,6 @@ struct ScaleFixture {
   ChannelRec& channel() { return b.Outing().Channels[0]; }
 };
 
-TEST(PlotScale, AutomaticRangeIsANiceStepAroundTheView) {
-  const struct {
-    float min, max;
-    float bottom, top;
-  } cases[] = {
-      {0, 8, 0, 10},        // range 10 passes the decade loop once: 1 x 10
-      {5, 5, 5, 5.125f},    // no spread: 0.125 around the value
-      {0, 100, 0, 100},     // 125 -> 1.25 -> 1 x 100
-      {-3, 7, -3, 7},       // 12.5 -> 10, bottom on a tenth of it
-      {12, 13.5f, 12, 14},  // 1.875 -> 2
-      {0.3f, 0.5f, 0.3f, 0.425f},  // 0.25 -> 0.125
-  };
-  for (const auto& c : cases) {
-    ScaleFixture f({c.min, c.max, (c.min + c.max) / 2});
-    const double scale = ComputeChannelScale(f.b.ws, 0, 0, 1000, false, false);
-    EXPECT_FLOAT_EQ(f.channel().TimeMin, c.bottom) << c.min << ".." << c.max;
-    EXPECT_FLOAT_EQ(f.channel().TimeMax, c.top) << c.min << ".." << c.max;
-    EXPECT_NEAR(scale, 1000.0 / (c.top - c.bottom), 1e-3);
-  }
-}
-
 TEST(PlotScale, FixedEmptyAndTiledScales) {
   ScaleFixture f({1, 2, 3});
   f.channel().AutoScale = 0;

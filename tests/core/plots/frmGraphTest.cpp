@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "GraphFixture.h"
+#include "core/plots/PlotAxes.h"
+#include "core/plots/PlotFormats.h"
+#include "core/plots/PlotScale.h"
 #include "core/plots/RecordingSurface.h"
 #include "core/plots/RefreshPlots.h"
 
@@ -26,7 +31,6 @@ TEST(frmGraph, TraceIsThinnedToAbout2000Points) {
     f.graph.DoTimePlot(0, 0, 0);
     const int64_t n = f.graph.LastIndex - f.graph.FirstIndex;
     EXPECT_EQ(n, c.end + 1000);
-    EXPECT_EQ(f.graph.IndexStep, n < 2000 ? 1 : std::llround(std::nearbyint(n / 2000.0)));
     const auto lines = f.surface.Of(DrawOp::Kind::Polyline);
     ASSERT_EQ(lines.size(), 1u);  // one call to the device per trace
     EXPECT_EQ(lines[0].points.size(), c.points) << c.end;
@@ -287,6 +291,165 @@ TEST(RefreshPlots, RedrawsOpenWindowsInOrderAndMendsANarrowView) {
   f.b.Outing().Loaded = 0;  // nothing to draw
   RefreshPlots(f.b.ws);
   EXPECT_EQ(order.size(), 2u);
+}
+
+// Adds a second trace: channel 1 at 10 Hz, three seconds long, value 5 + sample.
+void AddShortChannel(GraphFixture& f) {
+  OutingRec& o = f.b.Outing();
+  ChannelRec& c = o.Channels[1];
+  c.Name = c.ShortName = QStringLiteral("SHORT");
+  c.Units = QStringLiteral("bar");
+  c.Rate = 0.01f;
+  c.Decimals = 3;
+  LapChannelRec& cache = o.Laps[0].LapChannels[1];
+  cache.Shown = cache.Loaded = -1;
+  for (int i = 0; i <= 30; ++i) cache.Samples.push_back(5.0f + static_cast<float>(i));
+}
+
+TEST(frmGraphNumerics, RowsFollowTheTracesAndTheCursor) {
+  GraphFixture f;
+  AddShortChannel(f);
+  f.b.Outing().LapNumberBase = 1;
+  f.graph.LoadDataLabels();
+  ASSERT_EQ(f.graph.Numerics.size(), 3u);
+  const char* captions[] = {"Time :", "RAMP (m}  001", "SHORT (bar}  001"};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(f.graph.Numerics[i].Caption, captions[i]);
+    EXPECT_EQ(f.graph.Numerics[i].Top, 100 + 260.0 * static_cast<double>(i));
+  }
+  EXPECT_EQ(f.graph.NumericHeight, 200 + 3 * 260);
+
+  const struct {
+    float cursor;
+    const char *time, *ramp, *short_value;
+  } cases[] = {
+      {1240.5f, "    0:01.240", "1240.5 ", "17.405 "},  // between samples: interpolated at each rate
+      {3000, "    0:03.000", "3000.0 ", "35.000 "},      // the short channel's last sample stands
+      {3150, "    0:03.150", "3150.0 ", ""},             // past the end of its lap: no value
+  };
+  for (const auto& c : cases) {
+    f.folder().CursorTime = c.cursor;
+    f.graph.DrawNumerics();
+    EXPECT_EQ(f.graph.Numerics[0].Value, c.time) << c.cursor;
+    EXPECT_EQ(f.graph.Numerics[1].Value, c.ramp) << c.cursor;
+    EXPECT_EQ(f.graph.Numerics[2].Value, c.short_value) << c.cursor;
+  }
+
+  // With the numeric cursor off the panel keeps what it showed.
+  f.b.ws.Options.NumericCursor = false;
+  f.folder().CursorTime = 10;
+  f.graph.DrawNumerics();
+  EXPECT_EQ(f.graph.Numerics[1].Value, "3150.0 ");
+
+  // A hidden lap has no row.
+  f.b.Outing().Laps[0].Hidden = -1;
+  f.graph.LoadDataLabels();
+  EXPECT_EQ(f.graph.Numerics.size(), 1u);
+}
+
+TEST(frmGraphNumerics, PanelShowsCaptionsAndRightAlignedValues) {
+  GraphFixture f;
+  f.folder().CursorTime = 500;
+  f.graph.LoadDataLabels();
+  f.graph.DrawNumerics();
+  RecordingSurface panel(3000, 1000);
+  f.graph.PaintNumerics(panel);
+  const auto prints = panel.Of(DrawOp::Kind::Print);
+  ASSERT_EQ(prints.size(), 4u);
+  EXPECT_EQ(prints[2].text, "RAMP (m}  000");
+  EXPECT_EQ(prints[2].x1, 100);
+  EXPECT_EQ(prints[3].text, "500.0 ");  // the sign's blank keeps the digits where a minus would put them
+  EXPECT_EQ(prints[3].x1 + 600, 3000 - 100);  // six characters of 100 twips end at the margin
+  EXPECT_EQ(prints[3].y1, 360);
+}
+
+TEST(frmGraph, MinMaxMovesTheCursorAndThePointer) {
+  const struct {
+    int32_t start, end;
+    bool maximum;
+    float time;
+    double x;
+  } cases[] = {
+      {0, 10000, true, 10000, 14250},  // the ramp's maximum ends the view: the right edge
+      {0, 10000, false, 0, 750},
+      {2000, 4000, true, 4000, 14250},  // statistics over the view only
+      {2000, 4000, false, 2000, 750},
+  };
+  for (const auto& c : cases) {
+    GraphFixture f;
+    f.folder().TimeStart = c.start;
+    f.folder().TimeEnd = c.end;
+    double pointer = -1;
+    f.graph.MovePointer = [&](double x) { pointer = x; };
+    f.graph.ManualMinMaxMove(c.maximum);
+    EXPECT_EQ(f.folder().CursorTime, c.time) << c.start << c.maximum;
+    EXPECT_EQ(pointer, c.x) << c.start << c.maximum;
+    EXPECT_EQ(f.folder().CursorValue, c.time);  // the ramp's value is its sample number
+  }
+}
+
+TEST(frmGraph, SidePanelsCarryTheChosenScales) {
+  GraphFixture f;
+  AddShortChannel(f);
+  RecordingSurface left(2 * kPanelColumn, 7050), right(kPanelColumn, 7050);
+  f.graph.SetAxisPanels(&left, &right);
+  f.folder().AxisPanelChannels = {QStringLiteral("short"), QString(), QStringLiteral("RAMP")};
+  f.graph.DrawLineGraphs();
+
+  // The left panel's first column: the line at its right edge, ticks to the left, labels from 75.
+  const auto is_axis = [](const DrawOp& op, double x) { return op.x1 == x && op.x2 == x && op.y1 == 400 && op.y2 == 6400; };
+  const auto left_lines = left.Of(DrawOp::Kind::Line);
+  EXPECT_EQ(std::count_if(left_lines.begin(), left_lines.end(), [&](const DrawOp& op) { return is_axis(op, 750); }), 1);
+  EXPECT_EQ(std::count_if(left_lines.begin(), left_lines.end(), [&](const DrawOp& op) { return is_axis(op, 1600); }), 0);
+  const auto left_prints = left.Of(DrawOp::Kind::Print);
+  ASSERT_EQ(left_prints.size(), 10u);  // nine labels and the units
+  for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(left_prints[i].x1, 75);
+  EXPECT_EQ(left_prints.back().text, "bar");
+  EXPECT_EQ(left_prints.front().color, left_lines.front().color);
+
+  // The right panel: the line next to the plot, labels ending at its right margin.
+  const auto right_lines = right.Of(DrawOp::Kind::Line);
+  EXPECT_EQ(std::count_if(right_lines.begin(), right_lines.end(), [&](const DrawOp& op) { return is_axis(op, 100); }), 1);
+  const auto right_prints = right.Of(DrawOp::Kind::Print);
+  ASSERT_EQ(right_prints.size(), 10u);
+  for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(right_prints[i].x1 + 100.0 * right_prints[i].text.size(), kPanelColumn - 75);
+  EXPECT_EQ(right_prints[4].text, FormatAuto(5000));  // the middle label of the ramp's 0..10000
+
+  // A channel not drawn in the lap on the axis, or a tiled folder, leaves the panels empty.
+  f.b.Outing().Laps[0].LapChannels[1].Shown = 0;
+  f.folder().AxisPanelChannels = {QStringLiteral("SHORT"), QString(), QString()};
+  left.ops.clear();
+  f.graph.DrawLineGraphs();
+  EXPECT_TRUE(left.Of(DrawOp::Kind::Line).empty());
+}
+
+// The automatic scale: the spread of the samples in view grown by a quarter, brought to a nice
+// step of its decade (a boundary value takes the lower step), the bottom on a tenth of it.
+TEST(ChannelScale, NiceRangeOfTheSamplesInView) {
+  const struct {
+    float min, max, bottom, top;
+  } cases[] = {
+      {0, 1.4375f, 0, 2},         {0, 0.625f, 0, 1},        // 1.797 -> 2; 0.781 -> 1
+      {0, 7.2f, 0, 10},           {10, 15.5f, 9.75f, 17.25f},  // 9 -> 10; 6.875 -> 7.5
+      {2, 5, 2, 4.5f},            {-5, 0, -5, 0},           // exactly 3.75 -> 2.5; 6.25 -> 5
+      {100, 107, 99.75f, 107.25f}, {0, 18, 0, 20},          // 8.75 -> 7.5; 22.5 -> 2.25 -> 2 x 10
+      {0, 14, 0, 10},             {0, 0.59375f, 0, 0.5f},   // 17.5 -> 1.75 -> 1 x 10; 0.742 -> 0.5
+      {0.5f, 0.6875f, 0.5f, 0.625f}, {-2.2f, 1, -2.5f, 2.5f},  // 0.234 -> 0.125; 4 -> 5, floor below 0
+      {1000, 1400, 1000, 1500}, {5, 5, 5, 5.125f},          // 500 -> 5 x 100; no spread: 0.125 around it
+  };
+  for (const auto& c : cases) {
+    GraphFixture f;
+    ChannelRec& channel = f.b.Outing().Channels[0];
+    channel.AutoScale = -1;
+    // Only samples 1 and 2 lie in the view: the ones around them must not widen the scale.
+    f.b.Outing().Laps[0].LapChannels[0].Samples = {-1e6f, c.min, c.max, 1e6f};
+    f.folder().TimeStart = 1;
+    f.folder().TimeEnd = 2;
+    const double scale = ComputeChannelScale(f.b.ws, 0, 0, 6000, false, false);
+    EXPECT_EQ(channel.TimeMin, c.bottom) << c.min << ".." << c.max;
+    EXPECT_EQ(channel.TimeMax, c.top) << c.min << ".." << c.max;
+    EXPECT_DOUBLE_EQ(scale, 6000 / (static_cast<double>(c.top) - c.bottom)) << c.min << ".." << c.max;
+  }
 }
 
 }  // namespace

@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <csignal>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "../TestOutings.h"
 #include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/track/DistanceTime.h"
+#include "core/track/frmShiftBeacon.h"
 
 using namespace test_outings;
 
@@ -29,12 +27,21 @@ TEST(BeaconsTest, LapTimeTexts) {
   }
 }
 
-// An outing record with laps starting at these times; the last is the closing row.
-frmInsertBeacon Dialog(BareWorkspace& b, std::vector<int32_t> starts, int selected) {
-  OutingRec& o = b.Outing();
+// Gives the outing laps starting at these times; the last is the closing row.
+void SetRows(OutingRec& o, const std::vector<int32_t>& starts) {
   o.Laps.clear();
   for (int32_t t : starts) o.Laps.push_back(LapRec{0, t});
   o.LastLap = static_cast<int16_t>(starts.size() - 1);
+}
+
+std::vector<int32_t> Rows(const OutingRec& o) {
+  std::vector<int32_t> rows;
+  for (const LapRec& l : o.Laps) rows.push_back(l.StartTime);
+  return rows;
+}
+
+frmInsertBeacon Dialog(BareWorkspace& b, const std::vector<int32_t>& starts, int selected) {
+  SetRows(b.Outing(), starts);
   frmInsertBeacon d(b.ws, 0);
   d.Selected = selected;
   return d;
@@ -74,6 +81,38 @@ TEST(BeaconsTest, InsertByDistanceNeedsADistanceChannel) {
   EXPECT_FALSE(d.InsertByDistance(QStringLiteral("50")));
   EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("Error: No distance data for this function"));
   EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Insert Beacon"));
+}
+
+// Shifting the beacons by time: the laps between the out lap and the in lap move, and a shift
+// that would make laps overlap is refused.
+TEST(frmShiftBeaconTest, ShiftsTheInnerBeaconsByTimeWithinTheirNeighbours) {
+  const struct {
+    std::vector<int32_t> rows;
+    const char* shift;
+    std::vector<int32_t> expected;
+    bool refused;
+  } cases[] = {
+      {{0, 60000, 160000, 260000, 300000}, "1.5", {0, 61500, 161500, 260000, 300000}, false},
+      {{0, 60000, 160000, 260000, 300000}, "-59.999", {0, 1, 100001, 260000, 300000}, false},
+      {{0, 60000, 160000, 260000, 300000}, "0.0015", {0, 60002, 160002, 260000, 300000}, false},  // halves to even
+      {{0, 60000, 160000, 260000, 300000}, "-60", {0, 60000, 160000, 260000, 300000}, true},
+      {{0, 60000, 160000, 260000, 300000}, "100", {0, 60000, 160000, 260000, 300000}, true},
+      {{0, 60000, 160000, 260000, 300000}, "1,5", {0, 60000, 160000, 260000, 300000}, true},
+      {{0, 60000, 61000, 62000}, "0.5", {0, 60500, 61000, 62000}, false},  // one beacon between
+      {{0, 60000, 300000}, "1", {0, 60000, 300000}, false},                // none between: nothing moves
+  };
+  for (const auto& c : cases) {
+    BareWorkspace b;
+    SetRows(b.Outing(), c.rows);
+    frmShiftBeacon form(b.ws, 0);
+    form.txtShift = QString::fromLatin1(c.shift);
+    EXPECT_EQ(form.cmdOK(), !c.refused) << c.shift;
+    EXPECT_EQ(Rows(b.Outing()), c.expected) << c.shift;
+    if (c.refused) {
+      EXPECT_EQ(LastMessage(b.messages).text, "Error shifting beacons") << c.shift;
+      EXPECT_EQ(LastMessage(b.messages).title, "Shift Beacon") << c.shift;
+    }
+  }
 }
 
 class BeaconFileTest : public ::testing::Test {
@@ -124,12 +163,8 @@ TEST_F(BeaconFileTest, SavedBeaconsChangeOnlyTheBeaconFields) {
       break;
     }
   }
-  std::vector<int32_t> starts;
-  for (const LapRec& l : o.Laps) starts.push_back(l.StartTime);
   ASSERT_TRUE(home.Load(1, demo.path));
-  std::vector<int32_t> again;
-  for (const LapRec& l : OutingAt(ws, 1).Laps) again.push_back(l.StartTime);
-  EXPECT_EQ(again, starts);
+  EXPECT_EQ(Rows(OutingAt(ws, 1)), Rows(o));
 }
 
 // A distance is measured from the start of the dialog's own row: after a delete earlier in the
@@ -186,36 +221,15 @@ TEST_F(BeaconFileTest, FailedWriteSaysSoAndKeepsTheFile) {
   EXPECT_EQ(LastMessage(home.messages).title, QStringLiteral("Insert Beacon"));
 }
 
-// A writer killed at any moment leaves the old file or the new one, never a mix. The child
-// rewrites the beacons in a loop between two tables; the parent kills it at varying moments.
 TEST_F(BeaconFileTest, KilledWriterLeavesOldOrNewFile) {
-  Workspace& ws = home.ws();
-  OutingRec& o = OutingAt(ws, 0);
+  OutingRec& o = OutingAt(home.ws(), 0);
   const std::vector<LapRec> a = o.Laps;
   std::vector<LapRec> b = a;
   for (std::size_t i = 1; i + 1 < b.size(); ++i) b[i].StartTime += 7;
-  ASSERT_TRUE(WriteBeacons(ws, 0));
-  const QByteArray file_a = Bytes();
-  o.Laps = b;
-  ASSERT_TRUE(WriteBeacons(ws, 0));
-  const QByteArray file_b = Bytes();
-  ASSERT_NE(file_a, file_b);
-  for (int round = 0; round < 12; ++round) {
-    const pid_t pid = fork();
-    ASSERT_GE(pid, 0);
-    if (pid == 0) {
-      for (int k = 0;; ++k) {
-        o.Laps = k % 2 ? a : b;
-        WriteBeacons(ws, 0);
-      }
-    }
-    usleep(static_cast<useconds_t>(3000 + round * 2500));
-    kill(pid, SIGKILL);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    const QByteArray now = Bytes();
-    EXPECT_TRUE(now == file_a || now == file_b) << "round " << round;
-  }
+  ExpectKilledWriterLeavesOldOrNew(demo.path, [&](int k) {
+    o.Laps = k % 2 ? b : a;
+    WriteBeacons(home.ws(), 0);
+  });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "../TestOutings.h"
+#include "core/track/DistanceTime.h"
 
 namespace {
 
@@ -131,6 +132,25 @@ TEST(ComputeLapScales, StretchesLapsCloseToTheMapLength) {
     ComputeLapScales(b.ws, 0);
     EXPECT_FLOAT_EQ(o.Laps[0].DistanceScale, k.scale) << k.name;
   }
+}
+
+// Distance counts that grow faster and faster, one a millisecond: a time between two samples
+// takes the distance between them, from the sample before, and the other way round.
+TEST(DistanceTime, BetweenTheSamplesAroundTheTimeOrTheDistance) {
+  BareWorkspace b;
+  OutingRec& o = b.Outing();
+  o.ChanDistance = 0;
+  o.Channels.resize(1);
+  o.Channels[0].Rate = 1;
+  o.Laps = {Row(0), Row(1000)};
+  o.LastLap = 1;
+  o.Laps[0].LapChannels.resize(1);
+  o.Laps[0].LapChannels[0].Loaded = -1;
+  o.Laps[0].LapChannels[0].Samples = {0, 10, 30, 60};
+  EXPECT_EQ(TimeToDistance(b.ws, 0, 0, 1.5f), 20.0f);
+  EXPECT_EQ(TimeToDistance(b.ws, 0, 0, 2.75f), 52.5f);
+  EXPECT_EQ(DistanceToTime(b.ws, 0, 0, 20.0f), 1.5f);
+  EXPECT_EQ(DistanceToTime(b.ws, 0, 0, 99.0f), 1000.0f);  // never reached: the whole lap
 }
 
 }  // namespace

@@ -178,7 +178,7 @@ namespace {
 // map saved is the one on the screen.
 TEST(frmTrackNewTest, StepsLapsAndSavesTheMapShown) {
   TestHome home;
-  DemoOuting demo = MakeDemoOuting(QStringLiteral("SPIE0201.DAT"), home.Path(QString()), 2);
+  const DemoOuting& demo = SharedDemoOuting(QStringLiteral("SPIE0201.DAT"), 2);
   ASSERT_TRUE(home.Load(0, demo.path));
   Workspace& ws = home.ws();
   ws.Paths.TrackDirectory = home.Path(QStringLiteral("Track"));

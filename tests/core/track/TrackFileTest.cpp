@@ -95,7 +95,7 @@ TEST(TrackFileTest, BadFilesLeaveNoMapAndSaySo) {
   for (const Case& c : cases) {
     BareWorkspace b;
     const QString path = b.dir.filePath(QString::fromLatin1(c.name));
-    if (c.write) ASSERT_TRUE(WriteFileAtomically(path, c.bytes));
+    ASSERT_TRUE(!c.write || WriteFileAtomically(path, c.bytes));
     b.ws.FolderTable[0].TrackFile = path;
     b.ws.TrackLoaded = true;
     EXPECT_FALSE(LoadTrackFile(b.ws, path)) << c.name;
@@ -157,28 +157,6 @@ TEST(TrackFileTest, WrittenMapReadsBackAsItWasMade) {
   EXPECT_EQ(p.Alt, 150.0f);
   EXPECT_EQ(r.ws.Track.CreateMode, 2);
   EXPECT_EQ(r.ws.Track.TrackName, QStringLiteral("Test"));
-}
-
-TEST(TrackFileTest, FitKeepsAMarginOfAtLeast500) {
-  struct Case {
-    double w, h;
-    double scale;
-    int ox, oy;
-  } cases[] = {
-      // bounds x -5..95 (100 wide), y -10..40 (50 high); offset = round(centre - scale x min)
-      {1000, 1000, 5, 275, 425},       // margin 500, not 200: x (1000-500)/100 = 5 beats y 10
-      {10000, 4000, 40, 3200, 1400},  // margin 2000: y 2000/50 = 40 beats x 80
-  };
-  for (const Case& c : cases) {
-    BareWorkspace b;
-    const QString path = b.dir.filePath("A.MAP");
-    ASSERT_TRUE(WriteFileAtomically(path, MapBytes(3, "ZOL Track Header")));
-    ASSERT_TRUE(LoadTrackFile(b.ws, path));
-    FitTrackToArea(b.ws, c.w, c.h);
-    EXPECT_DOUBLE_EQ(b.ws.Track.TrackScale, c.scale);
-    EXPECT_EQ(b.ws.Track.TrackOffsetX, c.ox) << c.w;
-    EXPECT_EQ(b.ws.Track.TrackOffsetY, c.oy) << c.h;
-  }
 }
 
 TEST(TrackFileTest, TrackDataRewritesTheHeaderOnly) {

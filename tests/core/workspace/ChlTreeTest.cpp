@@ -32,34 +32,31 @@ std::vector<ExpectedNode> SupportNodes(const Workspace& ws, int first) {
           {"Constants", "CNST", first, kLevelSupport}};
 }
 
-TEST_F(TreeTest, EmptyFolderShowsRootDatumAndSupport) {
+// An empty folder shows the root, the Datum and the support nodes; two outings come in order,
+// each with its fast lap and first channel.
+TEST_F(TreeTest, NodesOfAnEmptyFolderAndOfTwoOutings) {
   tree.LoadTreeData();
   std::vector<ExpectedNode> expected = {{"Folder - Folder1", "000", -1, kLevelRoot},
                                         {"Datum - (None)", ":D", 0, kLevelDatum}};
-  for (const ExpectedNode& n : SupportNodes(ws(), 2)) expected.push_back(n);
-  ExpectNodes(tree.Nodes(), expected);
+  std::vector<ExpectedNode> empty = expected;
+  for (const ExpectedNode& n : SupportNodes(ws(), 2)) empty.push_back(n);
+  ExpectNodes(tree.Nodes(), empty);
   EXPECT_EQ(tree.ShowCurrentNode(), -1);
-  EXPECT_EQ(Folder().TreeChannelCount, 0);
-}
 
-TEST_F(TreeTest, TwoOutingsInOrderWithTheirFastLapsAndFirstChannel) {
   LoadBoth();
-  std::vector<ExpectedNode> expected = {{"Folder - Folder1", "000", -1, kLevelRoot},
-                                        {"Datum - (None)", ":D", 0, kLevelDatum}};
   const char* files[] = {"SILV0101.DAT", "SILV0102.DAT"};
   for (int slot = 0; slot < 2; ++slot) {
     const OutingRec& o = Outing(slot);
     const int fast = o.FastLap;
     ASSERT_GT(fast, 0);
     EXPECT_EQ(o.CurLap, fast);
-    EXPECT_EQ(o.PrevLap, fast);
-    const QString number = QString::asprintf("%03d", o.LapNumberBase + fast);
     const QString tag = QString::asprintf("%03d", slot);
     const int outing_node = static_cast<int>(expected.size());
     expected.push_back({QStringLiteral(" - %1 - M. Castellan").arg(files[slot]) +
                             (o.TrackName.trimmed().isEmpty() ? QString() : " - " + o.TrackName.trimmed()),
                         tag, 0, kLevelOuting});
-    expected.push_back({number + " - (" + MinSecMs(RowTime(o, fast + 1) - RowTime(o, fast)) + ")",
+    expected.push_back({QString::asprintf("%03d", o.LapNumberBase + fast) + " - (" +
+                            MinSecMs(RowTime(o, fast + 1) - RowTime(o, fast)) + ")",
                         tag + QString::asprintf(":%03d", fast), outing_node, kLevelLap});
     expected.push_back({o.Channels[0].Name, tag + QString::asprintf(":%03d:000", fast), outing_node + 1,
                         kLevelChannel});
@@ -140,22 +137,6 @@ TEST(TreeNodeTags, ChannelClassByNumber) {
                {288, ChannelClass::Pcu},     {351, ChannelClass::Pcu},     {352, ChannelClass::Math},
                {1024, ChannelClass::Math},   {1027, ChannelClass::Math}};
   for (const Case& k : cases) EXPECT_EQ(ChannelClassOf(k.key), k.cls) << k.key;
-}
-
-TEST(TreeNodeTags, TagsParseBackToTheirIndexes) {
-  struct Case {
-    QString tag;
-    int outing, lap, channel;
-  } cases[] = {{"003", 3, -1, -1},      {"003:012", 3, 12, -1}, {"015:000:101", 15, 0, 101},
-               {":D", -1, -1, -1},      {"TRAK", -1, -1, -1},   {"", -1, -1, -1},
-               {"03:012", -1, -1, -1},  {"003:012:045:001", -1, -1, -1}};
-  for (const Case& k : cases) {
-    const TreeTagParts p = ParseTreeTag(k.tag);
-    EXPECT_EQ(p.Outing, k.outing) << k.tag.toStdString();
-    EXPECT_EQ(p.Lap, k.lap) << k.tag.toStdString();
-    EXPECT_EQ(p.Channel, k.channel) << k.tag.toStdString();
-  }
-  EXPECT_EQ(ChannelTag(3, 12, 45), "003:012:045");
 }
 
 TEST(LapSelection, ChannelsMatchByNumberThenByName) {

@@ -1,7 +1,6 @@
 #pragma once
 
-// A started workspace with a tree on a scripted host, and two short demo outings of one circuit
-// written once for the whole suite.
+// A started workspace with a tree on a scripted host, and two short demo outings of one circuit.
 
 #include <gtest/gtest.h>
 
@@ -11,23 +10,13 @@
 
 class TreeTest : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    dir_ = new QTemporaryDir;
-    first_ = new test_outings::DemoOuting(test_outings::MakeDemoOuting("SILV0101.DAT", dir_->path(), 3));
-    second_ = new test_outings::DemoOuting(test_outings::MakeDemoOuting("SILV0102.DAT", dir_->path(), 2));
-  }
-  static void TearDownTestSuite() {
-    delete first_;
-    delete second_;
-    delete dir_;
-  }
   void SetUp() override { ASSERT_TRUE(home.started); }
 
   Workspace& ws() { return home.ws(); }
   FolderRec& Folder(int f = 0) { return ws().FolderTable[static_cast<std::size_t>(f)]; }
   OutingRec& Outing(int slot, int f = 0) { return Folder(f).Outings[static_cast<std::size_t>(slot)]; }
-  static QString First() { return first_->path; }
-  static QString Second() { return second_->path; }
+  static QString First() { return test_outings::SharedDemoOuting("SILV0101.DAT", 3).path; }
+  static QString Second() { return test_outings::SharedDemoOuting("SILV0102.DAT", 2).path; }
 
   // Both demo outings into folder 0 through the add command, in slots 0 and 1.
   void LoadBoth() {
@@ -59,10 +48,6 @@ class TreeTest : public ::testing::Test {
   FakeTreeHost host;
   frmChlTree tree{home.ws(), host};
 
- private:
-  static inline QTemporaryDir* dir_ = nullptr;
-  static inline test_outings::DemoOuting* first_ = nullptr;
-  static inline test_outings::DemoOuting* second_ = nullptr;
 };
 
 // "mm:ss.mmm", written out here so that a change of the tree's time texts shows.
