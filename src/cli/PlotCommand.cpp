@@ -1,7 +1,7 @@
-// `orlan plot OUTING [OUTING...] --channels A,B --laps fast|all|N,M [--kind time|distance|xy|histogram]
-// [--x CHANNEL] [--tile] [--theme light|dark] [--start S --end E] [--width W --height H] --out graph.png`:
-// a plot window drawn offscreen into a picture, by the same classes and QtSurface that the
-// window uses.
+// `orlan plot OUTING [OUTING...] --channels A,B --laps fast|all|N,M [--kind time|distance|xy|histogram|
+// spectrum|spectrogram|track|contour|track-report] [--x CHANNEL] [--map MAP] [--tile] [--theme light|dark]
+// [--start S --end E] [--width W --height H] --out graph.png`: a plot window drawn offscreen into a
+// picture, by the same classes and QtSurface that the window uses.
 
 #include <QFileInfo>
 #include <QImage>
@@ -20,8 +20,14 @@
 #include "core/plots/frmDistance.h"
 #include "core/plots/frmGraph.h"
 #include "core/plots/frmHisto.h"
+#include "core/plots/frmFrequency.h"
+#include "core/plots/frmSpectrogram.h"
 #include "core/plots/frmXYPlot.h"
 #include "core/track/DistanceTime.h"
+#include "core/track/TrackFile.h"
+#include "core/track/frmContour.h"
+#include "core/track/frmTrackReport.h"
+#include "core/track/frmViewTrack.h"
 #include "render/QtSurface.h"
 
 namespace {
@@ -34,6 +40,7 @@ struct PlotOptions {
   std::string theme = "light";
   std::string kind = "time";
   std::string x = "System Speed";
+  std::string map;  // the map of the track windows; empty: the folder's
   double start = -1, end = -1;  // seconds from the lap's start; -1: the whole span
   int width = 1600, height = 900;
   std::string out;
@@ -123,6 +130,7 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
     std::fprintf(stderr, "At most %d outings go into one folder\n", kOutingsPerFolder);
     return 1;
   }
+  if (!opt.map.empty() && !LoadTrackFile(*ws, QString::fromStdString(opt.map))) return 1;
   for (std::size_t i = 0; i < opt.files.size(); ++i) {
     ws->CurFolder = 0;
     ws->CurOuting = static_cast<int16_t>(i);
@@ -152,16 +160,33 @@ int RunPlot(CliContext& context, const PlotOptions& opt) {
   QImage image(opt.width, opt.height, QImage::Format_RGB32);
   QPainter painter(&image);
   QtSurface surface(painter, image.size());
+  if (opt.map.empty()) LoadFolderTrack(*ws);
+  if (ws->Track.TrackPoints.empty() && (opt.kind == "track" || opt.kind == "contour" || opt.kind == "track-report")) {
+    std::fprintf(stderr, "No map: give one with --map\n");
+    return 1;
+  }
   if (opt.kind == "xy") {
     frmXYPlot(*ws, surface).DrawXYPlots();
   } else if (opt.kind == "histogram") {
     frmHisto(*ws, surface).DrawHistograms();
+  } else if (opt.kind == "spectrum") {
+    frmFrequency(*ws, surface).DoFrequencyPlot();
+  } else if (opt.kind == "spectrogram") {
+    frmSpectrogram(*ws, surface).DrawSpectrogram();
+  } else if (opt.kind == "track") {
+    frmViewTrack(*ws, surface).DrawTrack();
+  } else if (opt.kind == "contour") {
+    frmContour(*ws, surface).DrawTrack();
+  } else if (opt.kind == "track-report") {
+    frmTrackReport report(*ws, surface);
+    report.DrawTrackReport();
   } else {
     std::unique_ptr<LinePlot> plot = distance ? std::unique_ptr<LinePlot>(std::make_unique<frmDistance>(*ws, surface))
                                               : std::make_unique<frmGraph>(*ws, surface);
     plot->DrawLineGraphs();
   }
-  DrawLegend(*ws, surface);
+  // The map windows name their lap in their title; the others get the traces' legend.
+  if (opt.kind != "track" && opt.kind != "contour" && opt.kind != "track-report") DrawLegend(*ws, surface);
   painter.end();
   if (!image.save(QString::fromStdString(opt.out), "PNG")) {
     std::fprintf(stderr, "Unable to write %s\n", opt.out.c_str());
@@ -178,8 +203,9 @@ void AddPlotCommand(CLI::App& cli, CliContext& context) {
   sub->add_option("OUTINGS", opt->files, "Outing files, one folder")->required();
   sub->add_option("--channels", opt->channels, "Channel names, comma separated")->required();
   sub->add_option("--laps", opt->laps, "\"fast\", \"all\" (the timed laps) or lap indices, comma separated");
-  sub->add_option("--kind", opt->kind, "time, distance, xy or histogram")
-      ->check(CLI::IsMember({"time", "distance", "xy", "histogram"}));
+  sub->add_option("--kind", opt->kind, "time, distance, xy, histogram, spectrum, spectrogram, track, contour or track-report")
+      ->check(CLI::IsMember({"time", "distance", "xy", "histogram", "spectrum", "spectrogram", "track", "contour", "track-report"}));
+  sub->add_option("--map", opt->map, "The map of track, contour and track-report (default: the folder's)");
   sub->add_option("--x", opt->x, "The x channel of an XY plot (default System Speed)");
   sub->add_flag("--tile", opt->tile, "One band per channel");
   sub->add_option("--theme", opt->theme, "\"light\" (black on white) or \"dark\" (white on black)")

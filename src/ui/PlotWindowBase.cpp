@@ -24,6 +24,7 @@ const char* PlotWindowBase::SectionBase(PlotWindow kind) {
     case PlotWindow::ViewTrack: return "TrackMap";
     case PlotWindow::BitIndicator: return "Indicator";
     case PlotWindow::DataDisplay: return "DataDisplay";
+    case PlotWindow::Spectrogram: return "Spectrogram";
   }
   return "";
 }
@@ -41,6 +42,7 @@ const char* PlotWindowBase::ClassName(PlotWindow kind) {
     case PlotWindow::ViewTrack: return "frmViewTrack";
     case PlotWindow::BitIndicator: return "frmBitIndicator";
     case PlotWindow::DataDisplay: return "frmDataDisplay";
+    case PlotWindow::Spectrogram: return "frmSpectrogram";
   }
   return "";
 }

@@ -18,6 +18,7 @@
 #include "core/demo/DemoInstall.h"
 #include "core/demo/DemoSession.h"
 #include "core/outing/ChannelDescriptors.h"
+#include "ui/FrequencyWindow.h"
 #include "ui/GraphWindow.h"
 #include "ui/HistoWindow.h"
 #include "ui/TreeWindow.h"
@@ -108,13 +109,20 @@ int RunScreenshots(const QString& home, const QString& dir) {
     shot(window.TreeView(), QStringLiteral("frmChlTree"));
     shot(window.OpenGraphWindow(false), QStringLiteral("frmGraph"));
     // Each further plot window over the whole area, one at a time.
-    for (PlotWindow kind : {PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo}) {
+    for (PlotWindow kind : {PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo, PlotWindow::Frequency,
+                            PlotWindow::Spectrogram, PlotWindow::Contour, PlotWindow::TrackReport, PlotWindow::ViewTrack}) {
       PlotWindowBase* p = kind == PlotWindow::Distance ? window.OpenDistanceWindow() : window.OpenPlotWindow(kind);
       if (auto* frame = qobject_cast<QMdiSubWindow*>(p->parentWidget())) frame->showMaximized();
+      // The report as an engineer reads it: the map in the bands of the speed.
+      ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)].Options.DoBanding = kind == PlotWindow::TrackReport;
       QApplication::processEvents();
       p->Redraw();
       shot(p, QString::fromLatin1(PlotWindowBase::ClassName(kind)));
       if (auto* h = dynamic_cast<HistoWindow*>(p)) ShootModal(shot, QStringLiteral("frmHistoScale"), [h] { h->EditScale(); });
+      if (auto* f = dynamic_cast<FrequencyWindow*>(p)) ShootModal(shot, QStringLiteral("frmFFTEdit"), [f] { f->EditScale(); });
+      if (kind == PlotWindow::TrackReport) {
+        ShootModal(shot, QStringLiteral("frmEditBands"), [&] { window.Action(QStringLiteral("Band Colors"))->trigger(); });
+      }
       if (auto* frame = qobject_cast<QMdiSubWindow*>(p->parentWidget())) frame->close();
     }
 

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -23,8 +24,10 @@
 #include "core/track/DistanceTime.h"
 #include "core/track/TrackFile.h"
 #include "core/workspace/frmGroupLaps.h"
+#include "ui/FrequencyWindow.h"
 #include "ui/GraphWindow.h"
 #include "ui/HistoWindow.h"
+#include "ui/TrackWindows.h"
 #include "ui/TreeWindow.h"
 #include "ui/XYWindow.h"
 
@@ -33,7 +36,12 @@ namespace {
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
 
 // The plot windows the program has, in the order their buttons stand.
-constexpr PlotWindow kPlotKinds[] = {PlotWindow::Graph, PlotWindow::Distance, PlotWindow::XYPlot, PlotWindow::Histo};
+constexpr PlotWindow kPlotKinds[] = {PlotWindow::Graph,     PlotWindow::Distance,   PlotWindow::Frequency,
+                                     PlotWindow::XYPlot,    PlotWindow::Histo,      PlotWindow::Contour,
+                                     PlotWindow::ViewTrack, PlotWindow::TrackReport, PlotWindow::Spectrogram};
+
+// The map windows open small, at the right of the area, the rest of the area left to the plots.
+bool IsMapWindow(PlotWindow kind) { return kind == PlotWindow::ViewTrack; }
 
 // What the views span: the Datum's laps, or without a Datum the current outing's lap; and
 // whether there is any outing at all.
@@ -108,7 +116,8 @@ void frmMDIForm::BuildToolBar() {
     a->setToolTip(QString::fromLatin1(kPlotButtonToolTips[i]));
     // The buttons of windows not built yet stay greyed rather than do nothing.
     static const std::pair<std::size_t, PlotWindow> kBuilt[] = {
-        {0, PlotWindow::Graph}, {1, PlotWindow::Distance}, {3, PlotWindow::XYPlot}, {4, PlotWindow::Histo}};
+        {0, PlotWindow::Graph}, {1, PlotWindow::Distance}, {2, PlotWindow::Frequency},
+        {3, PlotWindow::XYPlot}, {4, PlotWindow::Histo},   {5, PlotWindow::Contour}};
     a->setEnabled(false);
     for (const auto& [button, kind] : kBuilt) {
       if (button != i) continue;
@@ -166,6 +175,7 @@ void frmMDIForm::AfterChange(bool redraw) {
   Action(QStringLiteral("Event Markers"))->setChecked(ws_.Options.EventMarkers);
   Action(QStringLiteral("Measure Cursor"))->setChecked(ws_.Plots.MeasureCursor);
   Action(QStringLiteral("Unload Track"))->setEnabled(ws_.TrackLoaded);
+  Action(QStringLiteral("Colour by Bands"))->setChecked(folder.Options.DoBanding);
   int outings = 0;
   for (const OutingRec& o : folder.Outings) outings += o.Loaded != 0;
   statusBar()->showMessage(QStringLiteral("Folder - %1    %2 outing(s)").arg(folder.Name.trimmed()).arg(outings));
@@ -208,10 +218,23 @@ QMdiSubWindow* frmMDIForm::SubWindowOf(QWidget* widget) const {
 
 PlotWindowBase* frmMDIForm::MakePlotWindow(PlotWindow kind) {
   PlotWindowBase* p = nullptr;
+  const int folder = ws_.CurFolder;
   if (kind == PlotWindow::XYPlot) {
-    p = new XYWindow(dialogs_, ws_.CurFolder);
+    p = new XYWindow(dialogs_, folder);
   } else if (kind == PlotWindow::Histo) {
-    p = new HistoWindow(dialogs_, ws_.CurFolder);
+    p = new HistoWindow(dialogs_, folder);
+  } else if (kind == PlotWindow::Frequency) {
+    auto* f = new FrequencyWindow(dialogs_, folder);
+    f->OpenSpectrogram = [this] { OpenPlotWindow(PlotWindow::Spectrogram); };
+    p = f;
+  } else if (kind == PlotWindow::Spectrogram) {
+    p = new SpectrogramWindow(dialogs_, folder);
+  } else if (kind == PlotWindow::ViewTrack) {
+    p = new TrackViewWindow(ws_, folder);
+  } else if (kind == PlotWindow::Contour) {
+    p = new ContourWindow(ws_, folder);
+  } else if (kind == PlotWindow::TrackReport) {
+    p = new TrackReportWindow(dialogs_, folder);
   } else {
     auto* g = new GraphWindow(ws_, ws_.CurFolder, kind);
     g->ChannelDropped = [this](int slot, int channel) { DropChannel(slot, channel); };
@@ -224,6 +247,7 @@ PlotWindowBase* frmMDIForm::MakePlotWindow(PlotWindow kind) {
       PlotWindowBase* other = WindowOf(p->Folder(), k);
       if (other != nullptr && other != p) other->FollowCursor();
     }
+    if (p->Kind() == PlotWindow::Graph) MoveTrackOutOfTheWay();
   };
   return p;
 }
@@ -240,12 +264,39 @@ PlotWindowBase* frmMDIForm::OpenPlotWindow(PlotWindow kind, bool show) {
   // Beside the tree, over the rest of the area; each further window a step down and right.
   int open = 0;
   for (PlotWindow k : kPlotKinds) open += k != kind && WindowOf(ws_.CurFolder, k) != nullptr;
-  w->move(tree_window_->width() + 10 + 30 * open, 30 * open);
-  w->resize(std::max(600, mdi_->width() - tree_window_->width() - 12 - 30 * open), std::max(400, mdi_->height() - 4 - 30 * open));
+  if (IsMapWindow(kind)) {
+    w->resize(480, 400);
+    w->move(std::max(0, mdi_->width() - 484), 0);
+  } else {
+    w->move(tree_window_->width() + 10 + 30 * open, 30 * open);
+    w->resize(std::max(600, mdi_->width() - tree_window_->width() - 12 - 30 * open), std::max(400, mdi_->height() - 4 - 30 * open));
+  }
   w->show();
   AfterChange();  // its redraw draws the new window too
   p->setFocus();
   return p;
+}
+
+void frmMDIForm::MoveTrackOutOfTheWay() {
+  // A click in the time graph under the track window: the window goes to the far side of the
+  // pointer, 500 twips clear of it.
+  auto* track = WindowOf(ws_.CurFolder, PlotWindow::ViewTrack);
+  QMdiSubWindow* w = track != nullptr ? SubWindowOf(track) : nullptr;
+  if (w == nullptr || !ws_.Options.AutoMoveTrack) return;
+  const QPoint pointer = mdi_->viewport()->mapFromGlobal(QCursor::pos());
+  if (!w->geometry().contains(pointer)) return;
+  constexpr int kClear = 500 / 15;
+  const bool left_half = pointer.x() < w->geometry().center().x();
+  w->move(left_half ? pointer.x() + kClear : pointer.x() - kClear - w->width(), w->y());
+}
+
+void frmMDIForm::CopyTrackToClipboard() {
+  for (PlotWindow kind : {PlotWindow::ViewTrack, PlotWindow::Contour, PlotWindow::TrackReport}) {
+    if (auto* map = dynamic_cast<MapWindowBase*>(WindowOf(ws_.CurFolder, kind))) {
+      map->CopyToClipboard();
+      return;
+    }
+  }
 }
 
 GraphWindow* frmMDIForm::OpenGraphWindow(bool show) {

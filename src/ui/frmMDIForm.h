@@ -98,6 +98,10 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   // time graph.
   GraphWindow* ActiveLinePlot() const;
   PlotWindowBase* MakePlotWindow(PlotWindow kind);
+  // AutoMoveTrack: the track window leaves the place of a click in the time graph.
+  void MoveTrackOutOfTheWay();
+  // mnuCopyTracktoClip: the picture of the open map window (track, contour or report).
+  void CopyTrackToClipboard();
   QMdiSubWindow* SubWindowOf(QWidget* w) const;
 
   Workspace& ws_;

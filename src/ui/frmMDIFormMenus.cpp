@@ -15,6 +15,7 @@
 #include "core/track/TrackFile.h"
 #include "core/workspace/frmGroupLaps.h"
 #include "ui/GraphWindow.h"
+#include "ui/TrackWindows.h"
 #include "ui/TreeWindow.h"
 #include "ui/frmMDIForm.h"
 
@@ -152,6 +153,16 @@ void frmMDIForm::BuildMenus() {
   track->addSeparator();
   AddAction(track, "mnuEditSplits", QStringLiteral("Edit &Splits..."), [this] { RunDialog(&EditSplits); });
   AddAction(track, "mnuUserSplits", QStringLiteral("&User Distances..."), [this] { RunDialog(&EditUserSplits); });
+  track->addSeparator();
+  AddAction(track, "mnuShowTrack", QStringLiteral("Show &Track"), [this] { OpenPlotWindow(PlotWindow::ViewTrack); });
+  AddAction(track, "mnuTrackReport", QStringLiteral("&Graphic Report"), [this] { OpenPlotWindow(PlotWindow::TrackReport); });
+  QAction* bands = AddAction(track, "mnuTrackBands", QStringLiteral("Colour by &Bands"), [this] {
+    FolderInView(ws_).Options.DoBanding = !FolderInView(ws_).Options.DoBanding;
+    AfterChange();
+  });
+  bands->setCheckable(true);
+  AddAction(track, "mnuTrackEditBands", QStringLiteral("Band &Colors..."), [this] { RunDialog(&EditBands); });
+  AddAction(track, "mnuCopyTracktoClip", QStringLiteral("Cop&y Track to Clipboard"), [this] { CopyTrackToClipboard(); });
 
   QMenu* datum = menuBar()->addMenu(QStringLiteral("&Datum"));
   AddAction(datum, "mnuDatumOuting", QStringLiteral("Select Datum &Outing..."), tree(&frmChlTree::SelectDatumOuting));
@@ -167,6 +178,11 @@ void frmMDIForm::BuildMenus() {
       plots, "mnuXYPlot", QStringLiteral("&XY Plot"), [this] { OpenPlotWindow(PlotWindow::XYPlot); }, Qt::Key_F4);
   AddAction(
       plots, "mnuHistogram", QStringLiteral("&Histogram"), [this] { OpenPlotWindow(PlotWindow::Histo); }, Qt::Key_F5);
+  AddAction(
+      plots, "mnuFrequencyPlot", QStringLiteral("&Frequency"), [this] { OpenPlotWindow(PlotWindow::Frequency); }, Qt::Key_F6);
+  AddAction(plots, "mnuSpectrogram", QStringLiteral("&Spectrogram"), [this] { OpenPlotWindow(PlotWindow::Spectrogram); });
+  AddAction(
+      plots, "mnuContourPlot", QStringLiteral("&Contour"), [this] { OpenPlotWindow(PlotWindow::Contour); }, Qt::Key_F7);
   plots->addSeparator();
   QAction* tile = AddAction(plots, "mnuTileGraphs", QStringLiteral("Tile &Graphs"), [this] {
     FolderInView(ws_).Options.TileGraphs = !FolderInView(ws_).Options.TileGraphs;

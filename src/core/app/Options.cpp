@@ -131,6 +131,8 @@ void VisitFolderUserOptions(const V& v, F& f) {
   v("GridLines", f.Options.GridLines);
   v("PaintGrid", f.Options.PaintGrid);
   v("ActiveSlice", f.Options.ActiveSlice);
+  v("SpectrogramPoints", f.Options.SpectrogramPoints);
+  v("SpectrogramOverlap", f.Options.SpectrogramOverlap);
   v("FolderName", f.Name);
 }
 

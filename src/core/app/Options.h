@@ -101,6 +101,8 @@ struct FolderOptions {
   bool GridLines = true;
   bool PaintGrid = false;
   int ActiveSlice = 0;
+  int SpectrogramPoints = 256;  // samples a column of the spectrogram
+  int SpectrogramOverlap = 50;  // percent of a column's window shared with the next
 
   QString IndicatorChannel = QStringLiteral("RPM");
   struct Bit {

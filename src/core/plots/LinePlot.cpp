@@ -299,7 +299,17 @@ double LinePlot::DrawCursor(double old_x, double old_y) {
 void LinePlot::MoveCursor(double position) {
   SetCursor(position);
   FollowCursor();
+  if (Kind() == AxisKind::Time) SetSpectrumSpan();
   if (CursorMoved) CursorMoved();
+}
+
+// With the measure cursor on, the spectra span the time from its mark to the cursor; else the
+// time view.
+void LinePlot::SetSpectrumSpan() {
+  FolderRec& folder = Folder();
+  const bool measured = ws_.Plots.MeasureCursor && MarkTime != Cursor();
+  folder.FftStart = measured ? static_cast<int32_t>(std::lround(std::min(MarkTime, Cursor()))) : 0;
+  folder.FftEnd = measured ? static_cast<int32_t>(std::lround(std::max(MarkTime, Cursor()))) : 0;
 }
 
 void LinePlot::FollowCursor() {

@@ -149,6 +149,8 @@ class LinePlot {
   std::vector<PixelPoint> points_;  // one buffer for every trace
 
  private:
+  // The spectra's span (FftStart, FftEnd) from the measure mark to the cursor of the time graph.
+  void SetSpectrumSpan();
   void MoveCursor(double position);
   double drawn_x_ = 0;  // where DrawCursor last drew the cursor; 0: not drawn
   void DrawBand(double x1, double x2);

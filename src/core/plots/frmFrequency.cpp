@@ -63,14 +63,19 @@ double frmFrequency::FindMaxFrequency() const {
   return max;
 }
 
+double frmFrequency::AxisMax() const {
+  const double all = FindMaxFrequency(), view = ws_.Options.FreqPlotView;
+  return view > 0 && view < all ? view : all;
+}
+
 double frmFrequency::XOfFrequency(double hz) const {
-  const double max = FindMaxFrequency(), width = s_->ScaleWidth() - kPlotLeft - RightMargin(ws_);
+  const double max = AxisMax(), width = s_->ScaleWidth() - kPlotLeft - RightMargin(ws_);
   return max > 0 ? kPlotLeft + hz / max * width : kPlotLeft;
 }
 
 double frmFrequency::FrequencyOfX(double x) const {
   const double width = s_->ScaleWidth() - kPlotLeft - RightMargin(ws_);
-  return width > 0 ? (x - kPlotLeft) / width * FindMaxFrequency() : 0;
+  return width > 0 ? (x - kPlotLeft) / width * AxisMax() : 0;
 }
 
 void frmFrequency::Scale(int slot, int channel, double& min, double& max) const {
@@ -114,7 +119,9 @@ void frmFrequency::DrawTrace(int slot, int lap, int channel) {
   const float rate = OutingAt(ws_, slot).Channels[static_cast<std::size_t>(channel)].Rate;
   if (cache.Spectrum.empty() || !(rate > 0)) return;
   const double bin_hz = rate * 1000.0 / cache.SpectrumPoints;
-  const int64_t n = static_cast<int64_t>(cache.Spectrum.size()), step = TraceStep(n);
+  // The bins up to the axis's end, thinned as a time trace is.
+  const int64_t n = std::min(static_cast<int64_t>(cache.Spectrum.size()), static_cast<int64_t>(AxisMax() / bin_hz) + 1);
+  const int64_t step = TraceStep(n);
   std::vector<PixelPoint> points;
   points.reserve(static_cast<std::size_t>(n / step + 1));
   for (int64_t i = 0; i < n; i += step) {
@@ -189,7 +196,7 @@ void frmFrequency::DrawTileAxis(int slot, int lap, int channel) {
 
 void frmFrequency::DrawFreqAxis() {
   const double h = s_->ScaleHeight(), floor = h - kPlotBottom, right = s_->ScaleWidth() - RightMargin(ws_);
-  const double max = FindMaxFrequency();
+  const double max = AxisMax();
   const int fg = ForegroundColor(ws_);
   s_->ForeColor = fg;
   s_->Line(kPlotLeft, floor, right, floor, fg);
@@ -255,7 +262,7 @@ void frmFrequency::LoadDataLabels() {
   const auto bin = std::clamp<int64_t>(static_cast<int64_t>(std::nearbyint(CursorHz / bin_hz)), 0,
                                        static_cast<int64_t>(cache.Spectrum.size()) - 1);
   const QString blanks(4, QLatin1Char(' '));
-  StatusLine = QStringLiteral("Frequency :") + QLatin1Char(' ') + HzText(bin * bin_hz, FindMaxFrequency()) +
+  StatusLine = QStringLiteral("Frequency :") + QLatin1Char(' ') + HzText(bin * bin_hz, AxisMax()) +
                QStringLiteral(" Hz") + blanks + LeftTrimmed(FormatFftValue(c, cache.Spectrum[static_cast<std::size_t>(bin)])) +
                blanks + QStringLiteral("Lap Time : ") + FormatLapTime(ws_, LapTimeMs(o, lap)) + blanks +
                QStringLiteral("Filter : ") + QString::fromLatin1(FilterKindName(c.FilterKind)) + blanks +

@@ -23,6 +23,9 @@ class frmFrequency {
   void CalcFreqData();
   // The highest rate of the channels shown, in hertz; the right end of the frequency axis.
   double FindMaxFrequency() const;
+  // The right end of the frequency axis: the view kept in FreqPlotView (hertz) when it is set and
+  // below FindMaxFrequency, else FindMaxFrequency.
+  double AxisMax() const;
 
   void DrawTrace(int slot, int lap, int channel);
   void DrawLeftAxis();

@@ -70,7 +70,7 @@ void DrawTrackMap(Workspace& ws, Surface& s, const TrackDrawOptions& o) {
   s.DrawStyle = kSolid;
   s.Cls();
   if (PointCount(ws) == 0) return;
-  FitTrackToArea(ws, s.ScaleWidth(), s.ScaleHeight());
+  FitTrackToArea(ws, std::max(s.ScaleWidth() - o.RightMargin, 1.0), s.ScaleHeight());
   const int fore = ForegroundColor(ws);
   DrawStretch(ws, s, o.MarkFrom, o.MarkTo);
   DrawLines(ws, s);

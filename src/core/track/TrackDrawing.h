@@ -13,6 +13,7 @@ struct TrackDrawOptions {
   bool ShowSplits = true;
   int Highlight = -1;              // the point picked out (under the mouse, the cursor); -1 none
   int MarkFrom = -1, MarkTo = -1;  // a stretch of points drawn wide (either order); -1 none
+  double RightMargin = 0;          // twips kept free at the right (a colour scale, labels)
 };
 
 // The stretch colour: an orange that stands apart from the default red and blue of the map.

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "core/app/Options.h"
+#include "core/plots/RefreshPlots.h"
 #include "core/workspace/OutingModel.h"
 
 inline constexpr int kFolderCount = 16;
@@ -62,7 +63,7 @@ struct FolderRec {
   std::array<QString, 3> AxisPanelChannels;
   // The open plot windows of this folder, by the order in which they redraw (PlotWindow): each
   // sets its redraw when it opens and clears it when it closes.
-  std::array<std::function<void()>, 11> Redraw;
+  std::array<std::function<void()>, kPlotWindowKinds> Redraw;
 };
 
 struct Workspace;
