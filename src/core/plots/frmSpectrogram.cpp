@@ -83,7 +83,7 @@ void frmSpectrogram::DrawSpectrogram() {
   }
   DrawCells();
   DrawAxes();
-  DrawCursorLine(Folder(ws_).CursorTime);
+  cursor_drawn_ = DrawCursorLine(Folder(ws_).CursorTime) ? Folder(ws_).CursorTime : -1;
 }
 
 // Each column a box per bin from its window's start to the next one's, the colour of its level.
@@ -152,25 +152,21 @@ void frmSpectrogram::DrawAxes() {
   s_->Print(bottom);
 }
 
-void frmSpectrogram::DrawCursorLine(double ms) {
-  if (ms < Folder(ws_).TimeStart || ms > Folder(ws_).TimeEnd) return;
+// Exclusive-or: drawn a second time at the same place, the line goes. False off the view.
+bool frmSpectrogram::DrawCursorLine(double ms) {
+  if (ms < Folder(ws_).TimeStart || ms > Folder(ws_).TimeEnd) return false;
   const double x = XOfTime(ms);
   s_->DrawMode = kDrawXor;
   s_->Line(x, kPlotTop, x, s_->ScaleHeight() - kPlotBottom, kWhite);
   s_->DrawMode = kDrawCopy;
-  cursor_drawn_ = ms;
+  return true;
 }
 
 void frmSpectrogram::FollowCursor() {
   const double now = Folder(ws_).CursorTime;
   if (now == cursor_drawn_) return;
-  if (cursor_drawn_ >= 0) {
-    const double old = cursor_drawn_;
-    cursor_drawn_ = -1;
-    DrawCursorLine(old);  // exclusive-or: drawn again, it goes
-    cursor_drawn_ = -1;
-  }
-  DrawCursorLine(now);
+  if (cursor_drawn_ >= 0) DrawCursorLine(cursor_drawn_);
+  cursor_drawn_ = DrawCursorLine(now) ? now : -1;
 }
 
 bool frmSpectrogram::MouseDown(double x) {

@@ -43,7 +43,7 @@ class frmSpectrogram {
   double TimeOfX(double x) const;
   void DrawCells();
   void DrawAxes();
-  void DrawCursorLine(double ms);
+  bool DrawCursorLine(double ms);
 
   Workspace& ws_;
   Surface* s_;
