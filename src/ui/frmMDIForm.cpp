@@ -35,7 +35,7 @@ namespace {
 
 FolderRec& FolderInView(Workspace& ws) { return ws.FolderTable[static_cast<std::size_t>(ws.CurFolder)]; }
 
-// The plot windows the program has, in the order their buttons stand.
+// The plot windows the program has: those of the buttons in their order, then those of the menus.
 constexpr PlotWindow kPlotKinds[] = {PlotWindow::Graph,     PlotWindow::Distance,   PlotWindow::Frequency,
                                      PlotWindow::XYPlot,    PlotWindow::Histo,      PlotWindow::Contour,
                                      PlotWindow::ViewTrack, PlotWindow::TrackReport, PlotWindow::Spectrogram};
@@ -247,7 +247,7 @@ PlotWindowBase* frmMDIForm::MakePlotWindow(PlotWindow kind) {
       PlotWindowBase* other = WindowOf(p->Folder(), k);
       if (other != nullptr && other != p) other->FollowCursor();
     }
-    if (p->Kind() == PlotWindow::Graph) MoveTrackOutOfTheWay();
+    if (p->Kind() == PlotWindow::Graph) KeepTrackInSight();
   };
   return p;
 }
@@ -277,12 +277,14 @@ PlotWindowBase* frmMDIForm::OpenPlotWindow(PlotWindow kind, bool show) {
   return p;
 }
 
-void frmMDIForm::MoveTrackOutOfTheWay() {
-  // A click in the time graph under the track window: the window goes to the far side of the
-  // pointer, 500 twips clear of it.
+void frmMDIForm::KeepTrackInSight() {
   auto* track = WindowOf(ws_.CurFolder, PlotWindow::ViewTrack);
   QMdiSubWindow* w = track != nullptr ? SubWindowOf(track) : nullptr;
-  if (w == nullptr || !ws_.Options.AutoMoveTrack) return;
+  if (w == nullptr) return;
+  // The click raised the graph: the map comes back over it (TrackOnTop) and, when it lies under
+  // the pointer, goes to the pointer's far side, 500 twips clear of it (AutoMoveTrack).
+  if (ws_.Options.TrackOnTop) w->raise();
+  if (!ws_.Options.AutoMoveTrack) return;
   const QPoint pointer = mdi_->viewport()->mapFromGlobal(QCursor::pos());
   if (!w->geometry().contains(pointer)) return;
   constexpr int kClear = 500 / 15;

@@ -98,8 +98,9 @@ class frmMDIForm : public QMainWindow, public FolderWindows {
   // time graph.
   GraphWindow* ActiveLinePlot() const;
   PlotWindowBase* MakePlotWindow(PlotWindow kind);
-  // AutoMoveTrack: the track window leaves the place of a click in the time graph.
-  void MoveTrackOutOfTheWay();
+  // After a click in the time graph: the track window over the graph (TrackOnTop) and out of the
+  // pointer's way (AutoMoveTrack).
+  void KeepTrackInSight();
   // mnuCopyTracktoClip: the picture of the open map window (track, contour or report).
   void CopyTrackToClipboard();
   QMdiSubWindow* SubWindowOf(QWidget* w) const;
