@@ -18,12 +18,12 @@ namespace {
 
 using namespace test_outings;
 
-struct Run {
+struct Outcome {
   int exit_code = -1;
   std::string out, err;
 };
 
-Run Orlan(const QStringList& args) {
+Outcome Orlan(const QStringList& args) {
   QProcess p;
   p.start(QStringLiteral(ORLAN_BINARY), args);
   p.waitForFinished(60000);
@@ -46,7 +46,7 @@ TEST(SpectrumCommand, PrintsTheWindowsTransformBitForBit) {
   const QStringList common{"spectrum", outing, "--lap", "1", "--home", home.path()};
 
   // A math channel at 500 Hz. 1014.5 ms is 1014, sample 507; rounded away it would be sample 508.
-  const Run r = Orlan(common + QStringList{"--channel", "front_roll", "--start", "1014.5", "--end", "30000", "--json"});
+  const Outcome r = Orlan(common + QStringList{"--channel", "front_roll", "--start", "1014.5", "--end", "30000", "--json"});
   ASSERT_EQ(r.exit_code, 0) << r.err;
   const auto j = nlohmann::json::parse(r.out);
 
@@ -73,7 +73,7 @@ TEST(SpectrumCommand, PrintsTheWindowsTransformBitForBit) {
     ASSERT_EQ(Bits(got), Bits(want[i])) << "bin " << i;
   }
 
-  const Run empty = Orlan(common + QStringList{"--channel", "Lateral G", "--start", "5000", "--end", "5004"});
+  const Outcome empty = Orlan(common + QStringList{"--channel", "Lateral G", "--start", "5000", "--end", "5004"});
   EXPECT_NE(empty.exit_code, 0);
   EXPECT_NE(empty.err.find("holds no samples"), std::string::npos) << empty.err;
 }
