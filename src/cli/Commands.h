@@ -25,3 +25,4 @@ void AddSplitsCommand(CLI::App& cli, CliContext& context);
 void AddPlotCommand(CLI::App& cli, CliContext& context);
 void AddGuiCommand(CLI::App& cli, CliContext& context);
 void AddFitCommands(CLI::App& cli, CliContext& context);
+void AddSpectrumCommand(CLI::App& cli, CliContext& context);

@@ -45,6 +45,7 @@ int main(int argc, char** argv) {
   AddPlotCommand(cli, context);
   AddGuiCommand(cli, context);
   AddFitCommands(cli, context);
+  AddSpectrumCommand(cli, context);
   try {
     cli.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

@@ -14,7 +14,8 @@ inline constexpr int kMaxFftPoints = 16384;
 int FftPoints(int64_t span);
 
 // The magnitudes of bins 0..n/2-1 of samples start..start+n-1 (zeros past the array), each
-// divided by n; n a power of two from 2 to 16,384. Bin i is i × rate × 1000 / n hertz.
+// divided by n; n a power of two from 2 to 16,384 (any other n gives no bins). Bin i is
+// i × rate × 1000 / n hertz.
 std::vector<float> Spectrum(const std::vector<float>& samples, int64_t start, int n);
 
 // The samples of a span in ms from the lap's start, at `rate` samples a ms, as a transform
@@ -26,7 +27,8 @@ struct FftSpan {
 FftSpan SpanSamples(int64_t upper, float rate, double start_ms, double end_ms);
 
 // A spectrogram: the same transform over windows of `points` samples (a power of two) that
-// step `step` samples along start..end, one spectrum a column.
+// step `step` samples along start..end, one spectrum a column; none unless `points` is a power
+// of two from 2 up.
 struct Spectrogram {
   std::vector<std::vector<float>> Columns;  // each points/2 magnitudes
   std::vector<int64_t> Starts;              // first sample of each column's window
