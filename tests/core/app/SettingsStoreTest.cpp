@@ -81,10 +81,8 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   first->Paths.MathDirectory = elsewhere.path() + "/Formulas";
   first->Options.ProcessBeacon = false;
   first->Options.ZoomPercent = 35;
-  first->ChannelLists.xSelectGPS = false;
   FolderRec& f3 = first->FolderTable[2];
   f3.Name = "Wet Test";
-  f3.MinimumLaptime = 61;
   f3.TrackCorrection = 5;
   f3.Options.UpdateOnNewData = true;
   f3.Options.Bits[3].Name = "Pit Limiter";
@@ -98,10 +96,8 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   EXPECT_TRUE(QFileInfo(second->Paths.MathDirectory).isDir());
   EXPECT_FALSE(second->Options.ProcessBeacon);
   EXPECT_EQ(second->Options.ZoomPercent, 35);
-  EXPECT_FALSE(second->ChannelLists.xSelectGPS);
   const FolderRec& g3 = second->FolderTable[2];
   EXPECT_EQ(g3.Name, "Wet Test");
-  EXPECT_EQ(g3.MinimumLaptime, 61);
   EXPECT_EQ(g3.TrackCorrection, 5);
   EXPECT_TRUE(g3.Options.UpdateOnNewData);
   EXPECT_EQ(g3.Options.Bits[3].Name, "Pit Limiter");

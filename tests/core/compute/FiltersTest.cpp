@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <numeric>
 
@@ -155,24 +154,6 @@ TEST(Filters, SmoothLooksAheadAndHoldsTheLastSample) {
   // A stored width of 0 must not divide by zero.
   c.SmoothWidth = 0;
   for (float v : Filter(c, {1, 9, 2, 8, 3, 7})) EXPECT_TRUE(std::isfinite(v));
-}
-
-TEST(frmFilters, WhatEachTypeUses) {
-  struct Case {
-    int type;
-    bool points, window, kernel, low, high;
-  } cases[] = {
-      {0, false, false, false, false, false}, {1, true, false, false, false, false},
-      {2, false, true, true, true, false},    {3, false, true, true, false, true},
-      {4, false, true, true, true, true},     {5, false, true, true, true, true},
-  };
-  for (const Case& k : cases) {
-    frmFilters f;
-    f.cboType = k.type;
-    const frmFilters::Enabled e = f.ValidateFilter();
-    EXPECT_EQ((std::array{e.cboPoints, e.cboWindow, e.cboKernel, e.txtLow, e.txtHigh}),
-              (std::array{k.points, k.window, k.kernel, k.low, k.high})) << k.type;
-  }
 }
 
 TEST(frmFilters, CutOffBoxesAreClampedWhenLeft) {

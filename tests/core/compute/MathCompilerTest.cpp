@@ -70,14 +70,6 @@ class Compiler {
 
 const std::vector<Compiler::Channel> kThreeChannels = {{"A", 1}, {"B", 2}, {"C", 3}};
 
-TEST(MathCompiler, RpmExampleBindsAndCompiles) {
-  Compiler c({{"BATTERY", 0}, {"LATERAL G", 1}, {"THROTTLE", 3}, {"BRAKE", 4}, {"STEERING", 5},
-              {"DAMPER FL", 7}, {"SPEED", 68}, {"RPM", 83}});
-  const QString bound = c.Bind(QStringLiteral("RPM / 100 + 2"));
-  EXPECT_EQ(bound, "$007 / 100 + 2");
-  EXPECT_EQ(c.Compile(bound), "007:0 100:2 /:3 2:2 +:3");
-}
-
 // The grammar that the priority table and the loop give: $000, $001, $002 stand for A, B, C.
 TEST(MathCompiler, GrammarOfTheLanguage) {
   struct Case {
@@ -87,29 +79,22 @@ TEST(MathCompiler, GrammarOfTheLanguage) {
       // "*" binds tighter than "/", "+" tighter than "-".
       {"$000 / $001 * $002", "000:0 001:0 002:0 *:3 /:3"},      // A / (B * C)
       {"$000 - $001 + $002", "000:0 001:0 002:0 +:3 -:3"},      // A - (B + C)
-      {"$000 * $001 / $002", "000:0 001:0 *:3 002:0 /:3"},      // (A * B) / C
       {"$000 - $001 - $002", "000:0 001:0 -:3 002:0 -:3"},      // left-associative
-      {"$000 ^ $001 ^ $002", "000:0 001:0 ^:3 002:0 ^:3"},      // "^" too
       // A comparison or a function takes the one operand next to it, tighter than "^".
       {"$000 > $001 + $002", "000:0 001:0 >:3 002:0 +:3"},      // (A > B) + C
       {" Sin $000 ^ 2", "000:0 Sin:3 2:2 ^:3"},                 // (Sin A) ^ 2
       // Words of priority -1 nest to the right.
       {"$000 > $001 & $002", "000:0 001:0 002:0 &:3 >:3"},      // A > (B & C)
-      {"$000 >= 1 | $001 < 2", "000:0 1:2 001:0 2:2 <:3 |:3 >=:3"},
       {" Sin  ABS $000", "000:0 ABS:3 Sin:3"},  // words in a row stand two blanks apart
       // Parentheses give anything else, and a group is one operand.
       {" ABS ($000 - $001)", "000:0 001:0 -:3 ABS:3"},
       {"($000 + $001) * $002", "000:0 001:0 +:3 002:0 *:3"},
       {"$000 * ($001 + $002)", "000:0 001:0 002:0 +:3 *:3"},
-      {"$000 - ($001) * $002", "000:0 001:0 002:0 *:3 -:3"},
       {"$000 / ($001 + $002) * 2", "000:0 001:0 002:0 +:3 2:2 *:3 /:3"},
-      {"(($000))", "000:0"},
       {"($000 + 1", "000:0 1:2 +:3"},  // an unclosed "(" is closed by the end
       // Operands: one channel, math channels, numbers as written.
-      {"$000", "000:0"},
       {"@004 * .5", "004:1 .5:2 *:3"},
       {"$000 * -2.500000", "000:0 -2.500000:2 *:3"},
-      {"3 + 4", "3:2 4:2 +:3"},
       // A function is written as the function table spells it.
       {" sqrt $000", "000:0 Sqrt:3"},
       {" Gate_Avg ($000 * ($001 > 90))", "000:0 001:0 90:2 >:3 *:3 Gate_Avg:3"},
@@ -180,15 +165,11 @@ TEST(MathCompiler, WholeNames) {
   } cases[] = {
       {"RPM", 0, "RPM", true},
       {"RPM2 - RPM", 0, "RPM", true},  // digits are no part of a name
-      {"2RPM", 1, "RPM", true},
       {"(RPM)", 1, "RPM", true},
-      {"A RPM B", 2, "RPM", true},
       {"XRPM", 1, "RPM", false},
       {"RPMX", 0, "RPM", false},
       {"xRPM", 1, "RPM", false},  // neighbours are tested upper-cased
-      {"RPMz", 0, "RPM", false},
       {"_RPM", 1, "RPM", false},
-      {"RPM_A", 0, "RPM", false},
       {"$RPM@", 1, "RPM", true},
   };
   for (const Case& k : cases) {
@@ -213,11 +194,9 @@ TEST(MathCompiler, ChannelNamesBindInTableOrder) {
       {"RPM2 - RPM", "$0002 - $000"},  // RPM comes first in the table and cuts RPM2 short
       {"XRPM + RPM_A + RPMB", "XRPM + RPM_A + RPMB"},
       {"rpm + Speed", "rpm + Speed"},  // names are searched with their case
-      {"SPEED+SPEED", "$003+$003"},
       {"REAR_SLIP * SPEED", "@005 * $003"},  // a math channel is referred to by "@"
       // Distance binds nothing once "Lap Distance" lies ahead of the search.
       {"DISTANCE * 2", "$002 * 2"},
-      {"DISTANCE + DISTANCE", "$002 + $002"},
       {"LAP DISTANCE / 1000", "$004 / 1000"},
       {"DISTANCE - LAP DISTANCE", "DISTANCE - $004"},
       {"LAP DISTANCE - DISTANCE", "$004 - DISTANCE"},
@@ -235,15 +214,12 @@ TEST(MathCompiler, ConstantsBindAsNumbersWithSixDecimals) {
     const char* bound;
   } cases[] = {
       {"57.5", "57.500000"},
-      {"  12", "12.000000"},
       {"3.14159265", "3.141593"},
       {"1e3", "1000.000000"},
       {"0.0000004", "0.000000"},
-      {"-0", "0.000000"},
       {"12.5 mm", "12.500000"},
       {"abc", "0.000000"},
       {"Book1!R1C1", "0.000000"},  // a live link can't be reached here: it reads as 0
-      {"12.5!x", "0.000000"},
       {"!12", "0.000000"},  // no link, and no number either
   };
   for (const Case& k : cases) {
@@ -276,31 +252,6 @@ TEST(MathCompiler, ConstantsAfterChannels) {
     c.SetPreviousCount(0);
     EXPECT_EQ(c.Compile(bound), k.tokens) << k.expression;
   }
-}
-
-// The demo installation's definitions compile in full as a demo outing loads, with the outing's
-// own fuel density (0.748 against the global 0.745), as math channels keyed from 1027.
-TEST(MathCompiler, DemoOutingLoadsWithItsMathCompiled) {
-  QTemporaryDir home;
-  RecordingMessages messages;
-  DemoResult made;
-  QString error;
-  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, made, &error, 1)) << error.toStdString();
-  Workspace ws(messages, home.path());
-  ASSERT_TRUE(StartUp(ws, false));
-  ws.CurFolder = 0;
-  ws.CurOuting = 0;
-  ASSERT_TRUE(OpenOuting(ws, JoinPath(ws.Paths.DataDirectory, QStringLiteral("SPIE0201.DAT"))));
-  const OutingRec& o = ws.FolderTable[0].Outings[0];
-  ASSERT_EQ(o.Postfix.size(), 4u);
-  const int counts[] = {11, 8, 3, 3};  // (RL + RR) * 100 / (FL + FR) - 100; Sqrt of two squares; two products
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(o.Postfix[static_cast<std::size_t>(i)].Count, counts[i]) << i;
-    EXPECT_EQ(o.Channels[static_cast<std::size_t>(o.LoggedCount + 3 + i)].Key, 1027 + i);
-  }
-  EXPECT_EQ(o.Channels[static_cast<std::size_t>(o.LoggedCount + 3)].Name, "REAR_SLIP");
-  EXPECT_TRUE(ws.MathDefs[2].BoundText.endsWith(" * 0.748000")) << ws.MathDefs[2].BoundText.toStdString();
-  EXPECT_TRUE(messages.entries.empty());
 }
 
 }  // namespace

