@@ -1,7 +1,6 @@
 // The math and constants editors driven as a person would, on the demo session: a formula typed
 // with the function list, the channel list and the keys, saved, compiled into the loaded outing
-// and drawn; a refused formula and a dropped edit that leave the files alone; a constant changed
-// and saved into the formulas.
+// and drawn; a refused formula and a dropped edit that leave the files alone.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +10,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTreeWidget>
 #include <QtTest/QTest>
 #include <map>
 
@@ -156,49 +154,6 @@ TEST(MathDialogs, ARefusedFormulaStaysAndClosingWithoutSavingKeepsTheFiles) {
   EXPECT_EQ(Home().Bytes(Home().MathFile()), file);
   EXPECT_EQ(s.ws->MathCount, 4);
   EXPECT_EQ(s.ws->MathDefs[0].Line, line);
-}
-
-// The constant row of that name in the list.
-QTreeWidgetItem* Row(QTreeWidget* list, const QString& name) {
-  const QList<QTreeWidgetItem*> found = list->findItems(name, Qt::MatchExactly, 0);
-  EXPECT_EQ(found.size(), 1) << name.toStdString();
-  return found.isEmpty() ? nullptr : found[0];
-}
-
-// Types a value into the Value/Link column as a person edits it in place.
-void TypeValue(QTreeWidget* list, const QString& name, const QString& value) {
-  QTreeWidgetItem* item = Row(list, name);
-  ASSERT_NE(item, nullptr);
-  list->setCurrentItem(item);
-  list->editItem(item, 1);
-  auto* editor = list->viewport()->findChild<QLineEdit*>();
-  ASSERT_NE(editor, nullptr);
-  editor->selectAll();
-  QTest::keyClicks(editor, value);
-  QTest::keyClick(editor, Qt::Key_Return);
-  QApplication::processEvents();  // the view commits an edit from its event loop
-}
-
-TEST(MathDialogs, ASavedGlobalConstantReachesTheFormula) {
-  Session s(Home().Path());
-  const int fuel_mass = 2;  // "FUEL USED * Fuel Density"
-  ASSERT_TRUE(s.ws->MathDefs[fuel_mass].BoundText.contains("0.745000"));
-  QString shown;
-  WhenModal([&](QWidget* dialog) {
-    auto* list = Child<QTreeWidget>(dialog, "lvwConst");
-    TypeValue(list, "Fuel Density", "0.752");
-    shown = Row(list, "Fuel Density")->text(1);
-    Child<QPushButton>(dialog, "cmdOK")->click();
-  });
-  s.action("Constants")->trigger();
-
-  EXPECT_EQ(shown, "0.752");
-  EXPECT_TRUE(s.messages.entries.empty());
-  EXPECT_TRUE(Home().Bytes(Home().Files()[1]).contains("\r\nFuel Density = 0.752\r\n"));
-  EXPECT_TRUE(s.ws->MathDefs[fuel_mass].BoundText.contains("0.752000")) << s.ws->MathDefs[fuel_mass].BoundText.toStdString();
-  const PostfixRec& compiled = s.folder().Outings[0].Postfix.at(fuel_mass);
-  EXPECT_TRUE(std::any_of(compiled.Tokens.begin(), compiled.Tokens.begin() + compiled.Count,
-                          [](const PostfixEntry& t) { return t.Text == "0.752000"; }));
 }
 
 }  // namespace

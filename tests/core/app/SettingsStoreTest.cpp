@@ -106,32 +106,6 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   EXPECT_FALSE(second->FolderTable[1].Options.UpdateOnNewData);
 }
 
-TEST(Paths, DefaultsLieUnderTheHome) {
-  struct Case {
-    QString PathSettings::*member;
-    const char* under;  // "" is the home itself
-  };
-  const Case cases[] = {
-      {&PathSettings::HexDirectory, ""},          {&PathSettings::DataDirectory, "Data"},
-      {&PathSettings::SetupDirectory, "Setup"},   {&PathSettings::TrackDirectory, "Track"},
-      {&PathSettings::ReportDirectory, "Reports"}, {&PathSettings::MapDirectory, "Maps"},
-      {&PathSettings::LibsDirectory, "Libs"},     {&PathSettings::PathDirectory, "Data"},
-      {&PathSettings::MathDirectory, "Math"},     {&PathSettings::TelemDirectory, "Data/Telem"},
-  };
-  QTemporaryDir home;
-  const PathSettings paths = DefaultPaths(home.path());
-  for (const Case& c : cases) {
-    const QString expected = QDir::cleanPath(home.path() + '/' + c.under);
-    EXPECT_EQ(QDir::cleanPath(QDir::fromNativeSeparators(paths.*(c.member))), expected) << c.under;
-  }
-
-  RecordingMessages messages;
-  Workspace ws(messages, home.path());
-  ReadPaths(ws);
-  for (const Case& c : cases) EXPECT_TRUE(QFileInfo(ws.Paths.*(c.member)).isDir()) << c.under;
-  EXPECT_TRUE(QFileInfo(home.path() + "/Sample").isDir());
-}
-
 TEST(Paths, HomeComesFromTheOverrideThenOrlanHomeThenTheUsersHome) {
   const QByteArray saved = qgetenv("ORLAN_HOME");
   const bool had = qEnvironmentVariableIsSet("ORLAN_HOME");

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -133,31 +134,23 @@ TEST(StartUp, ReadsMathDefinitionsAndConstantsFromTheMathDirectory) {
 // The downloader and the telemetry receiver announce a file through "New" and "File" of their
 // section "Download"; Timer1 picks it up.
 TEST(Timer1Poll, LoadsAnnouncedFilesIntoTheFoldersThatAskForThem) {
-  struct Folder {
-    bool in_use;
-    bool holds;
-    bool on_new_data;
-    bool on_telem_data;
-  };
+  // Per folder 1 and 2: in use, holds an outing, updates on new data, updates on telemetry.
+  using Folder = std::array<bool, 4>;
   struct Case {
-    const char* what;
     const char* announcer;  // nullptr: nothing announced
-    Folder folders[2];      // folders 1 and 2
+    Folder folders[2];
     std::vector<int> loaded;
-  };
-  const Case cases[] = {
-      {"no folder asks for new data", kAppUsb, {{true, true, false, false}, {false, false, false, false}}, {}},
-      {"folder 1 asks for new data", kAppUsb, {{true, true, true, false}, {false, false, false, false}}, {0}},
-      {"the folder holds no outing", kAppUsb, {{true, false, true, false}, {false, false, false, false}}, {}},
-      {"the folder is not in use", kAppUsb, {{true, true, false, false}, {false, true, true, false}}, {}},
-      {"two folders ask", kAppUsb, {{true, true, true, false}, {true, true, true, false}}, {0, 1}},
-      {"nothing announced", nullptr, {{true, true, true, true}, {false, false, false, false}}, {}},
-      {"telemetry for a telemetry folder", kAppTelemetry, {{true, true, false, true}, {false, false, false, false}}, {0}},
-      {"telemetry ignores UpdateOnNewData", kAppTelemetry, {{true, true, true, false}, {false, false, false, false}}, {}},
-      {"downloads ignore UpdateOnTelemData", kAppUsb, {{true, true, false, true}, {false, false, false, false}}, {}},
+  } cases[] = {
+      {kAppUsb, {{true, true, false, false}, {}}, {}},
+      {kAppUsb, {{true, false, true, false}, {}}, {}},            // the folder holds no outing
+      {kAppUsb, {{true, true, true, false}, {true, true, true, false}}, {0, 1}},
+      {kAppUsb, {{true, true, false, false}, {false, true, true, false}}, {}},  // not in use
+      {nullptr, {{true, true, true, true}, {}}, {}},
+      {kAppTelemetry, {{true, true, false, true}, {}}, {0}},
+      {kAppTelemetry, {{true, true, true, false}, {}}, {}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(&c - cases);
     QTemporaryDir home;
     InstallDescriptors(home.path());
     RecordingMessages messages;
@@ -165,37 +158,31 @@ TEST(Timer1Poll, LoadsAnnouncedFilesIntoTheFoldersThatAskForThem) {
     ASSERT_TRUE(StartUp(*ws));
     for (int f = 0; f < 2; ++f) {
       FolderRec& folder = ws->FolderTable[static_cast<std::size_t>(f)];
-      folder.InUse = c.folders[f].in_use ? -1 : 0;
-      folder.Options.UpdateOnNewData = c.folders[f].on_new_data;
-      folder.Options.UpdateOnTelemData = c.folders[f].on_telem_data;
+      folder.InUse = c.folders[f][0] ? -1 : 0;
+      folder.Options.UpdateOnNewData = c.folders[f][2];
+      folder.Options.UpdateOnTelemData = c.folders[f][3];
     }
     const QString announced = home.path() + "/Data/NEW0001.DAT";
-    if (c.announcer) {  // written as the other program does, through a store of its own
-      SettingsStore other(ws->Settings.Folder());
+    SettingsStore other(ws->Settings.Folder());  // the announcing program's own store
+    if (c.announcer) {
       other.WriteBool(c.announcer, "Download", "New", true);
       other.Write(c.announcer, "Download", "File", announced);
       other.Sync(c.announcer);
     }
-
     std::vector<int> loaded;
     DownloadHandler handler;
-    handler.HoldsOuting = [&](int f) { return f < 2 && c.folders[f].holds; };
+    handler.HoldsOuting = [&](int f) { return f < 2 && c.folders[f][1]; };
     handler.LoadNewFile = [&](int f, const QString& path) {
       EXPECT_EQ(path, announced);
       loaded.push_back(f);
     };
     EXPECT_EQ(Timer1Poll(*ws, handler), static_cast<int>(c.loaded.size()));
     EXPECT_EQ(loaded, c.loaded);
-
-    // The flag goes back to False whether or not a folder took the file, and the other
-    // program sees that; the next tick loads nothing.
+    // The flag goes back to False whether or not a folder took the file; the next tick loads nothing.
     if (c.announcer) {
-      SettingsStore other(ws->Settings.Folder());
-      EXPECT_EQ(other.Read(c.announcer, "Download", "New", ""), "False");
+      EXPECT_EQ(SettingsStore(ws->Settings.Folder()).Read(c.announcer, "Download", "New", ""), "False");
     }
-    loaded.clear();
     EXPECT_EQ(Timer1Poll(*ws, handler), 0);
-    EXPECT_TRUE(loaded.empty());
   }
 }
 

@@ -40,19 +40,6 @@ double BodyAmplitude(const std::vector<float>& y, int margin) {
   return a;
 }
 
-TEST(Filters, KernelLengthIsClampedAndGainIsOne) {
-  const int cases[][2] = {{10, 10}, {5, 10}, {0, 10}, {-3, 10}, {40, 40}, {200, 200}, {1000, 200}};  // stored, used
-  for (const auto& k : cases) {
-    for (int window : {0, 1, 2, 3}) {
-      const std::vector<float> h = BuildWindowedKernel(Channel(window, k[0]), 1000);
-      ASSERT_EQ(h.size(), static_cast<std::size_t>(k[1]) + 1) << k[0];
-      EXPECT_EQ(h, BuildWindowedKernel(Channel(window, k[1]), 1000)) << k[0];
-      EXPECT_NEAR(std::accumulate(h.begin(), h.end(), 0.0), 1.0, 1e-5) << k[0] << " window " << window;
-      for (std::size_t i = 0; i < h.size(); ++i) EXPECT_NEAR(h[i], h[h.size() - 1 - i], 1e-6) << "symmetric";
-    }
-  }
-}
-
 TEST(Filters, CutOffIsClampedToTheUsableBand) {
   // At 500 samples a second a cut-off of 0 acts as fc = 0.0001 (5 hundredths of a hertz); at 125
   // samples a second anything above 62.5 Hz acts as fc = 0.5.
@@ -230,28 +217,6 @@ TEST_F(FilterWindow, OkSetsTheChannelOfTheSameNameInEveryLoadedOuting) {
     }
   }
   EXPECT_TRUE(b_.messages.entries.empty());
-}
-
-TEST_F(FilterWindow, OkRefusesWhatTheFilterCannotRun) {
-  struct Case {
-    int type;
-    const char* points;
-    const char* low;
-    const char* high;
-  } cases[] = {{1, "0", "1", "1"}, {2, "1", "327.68", "1"}, {3, "1", "1", "400"}, {4, "1", "500", "10"}};
-  for (const Case& k : cases) {
-    frmFilters f;
-    f.cboType = k.type;
-    f.cboPoints = k.points;
-    f.txtLow = k.low;
-    f.txtHigh = k.high;
-    const std::size_t shown = b_.messages.entries.size();
-    EXPECT_FALSE(f.cmdOK(b_.ws)) << k.type;
-    ASSERT_EQ(b_.messages.entries.size(), shown + 1) << k.type;
-    EXPECT_EQ(b_.messages.entries.back().title, "Digital Filters");
-    EXPECT_EQ(b_.Outing(0).Channels[1].FilterKind, 0) << "nothing changed";
-    EXPECT_EQ(b_.Outing(0).Laps[0].LapChannels[1].Loaded, -1);
-  }
 }
 
 }  // namespace

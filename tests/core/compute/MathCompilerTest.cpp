@@ -156,28 +156,6 @@ TEST(MathCompiler, StackDeeperThan128StopsWithAMessage) {
   }
 }
 
-TEST(MathCompiler, WholeNames) {
-  struct Case {
-    const char* text;
-    int position;
-    const char* name;
-    bool whole;
-  } cases[] = {
-      {"RPM", 0, "RPM", true},
-      {"RPM2 - RPM", 0, "RPM", true},  // digits are no part of a name
-      {"(RPM)", 1, "RPM", true},
-      {"XRPM", 1, "RPM", false},
-      {"RPMX", 0, "RPM", false},
-      {"xRPM", 1, "RPM", false},  // neighbours are tested upper-cased
-      {"_RPM", 1, "RPM", false},
-      {"$RPM@", 1, "RPM", true},
-  };
-  for (const Case& k : cases) {
-    EXPECT_EQ(IsWholeName(QString::fromLatin1(k.text), k.position, QString::fromLatin1(k.name)), k.whole)
-        << k.text << " at " << k.position;
-  }
-}
-
 TEST(MathCompiler, ChannelNamesBindInTableOrder) {
   Compiler c({{"RPM", 83},
               {"RPM2", 84},

@@ -74,24 +74,6 @@ TEST(frmEditMath, ValidateStringNormalisesOrWarns) {
   EXPECT_FALSE(no_outing.f.ValidateString(no_outing.ws()));
 }
 
-TEST(frmEditMath, MovingValidatesAndAnAcceptedWarningLetsThatRowPass) {
-  Editor e({"One[001] = A", "Two[002] = B"});
-  e.f.txtMath = QStringLiteral("A+Q");
-  EXPECT_FALSE(e.f.mnuNextChannel(e.ws()));  // refused: stays on the row
-  e.f.AcceptWarning();
-  EXPECT_TRUE(e.f.mnuNextChannel(e.ws()));
-  EXPECT_EQ(e.f.Row(0).Expression, "A + Q");
-  EXPECT_EQ(e.f.txtMath, "B");
-  EXPECT_EQ(e.f.StatusID() + ' ' + e.f.StatusName(), "ID : 002 Name : Two");
-  e.f.txtMath = QStringLiteral("B+Q");
-  EXPECT_FALSE(e.f.mnuPreviousChannel(e.ws()));  // the other row has accepted nothing
-  e.f.txtMath = QStringLiteral("B");
-  EXPECT_TRUE(e.f.mnuSelectChannel(e.ws(), 0));
-  e.f.txtMath = QStringLiteral("A+Q+Q");
-  EXPECT_TRUE(e.f.ValidateString(e.ws()));  // still accepted for this row
-  EXPECT_EQ(e.b.messages.entries.size(), 2u);
-}
-
 TEST(frmEditMath, NewAndRenamedNamesAreChecked) {
   struct Case {
     const char* typed;

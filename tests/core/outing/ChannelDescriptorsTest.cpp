@@ -4,7 +4,6 @@
 #include <random>
 
 #include "../TestOutings.h"
-#include "core/outing/ChannelIdentity.h"
 
 namespace {
 
@@ -184,24 +183,6 @@ TEST_F(DescriptorWorkspace, WritingTheGroupsRewritesOnlyTheHead) {
   EXPECT_EQ(after.mid(256), before.mid(256));
   EXPECT_EQ(ws->GroupNames[1], "Brakes");
   EXPECT_EQ(ws->ChannelDscCount, 4);
-}
-
-TEST(ChannelIdentity, SourceNamesByKey) {
-  struct Case {
-    int key;
-    const char* source;
-  };
-  const Case cases[] = {
-      {0, "Battery"},    {1, "Lateral G"},  {2, "Box Temp"},   {3, "LCU.1"},     {6, "LCU.4"},
-      {7, "Card 1.1"},   {14, "Card 1.8"},  {15, "Card 2.1"},  {17, "Card 2.3"}, {18, "JBX 1.1"},
-      {25, "JBX 1.8"},   {26, "JBX 2.1"},   {33, "JBX 2.8"},   {34, "JBX 3.1"},  {41, "JBX 3.8"},
-      {42, "JBX 4.1"},   {49, "JBX 4.8"},   {50, "Card 2.4"},  {54, "Card 2.8"}, {55, "Card 3.1"},
-      {62, "Card 3.8"},  {63, "Long G"},    {64, ""},          {100, ""},        {127, ""},
-      {128, "ECU.0"},    {191, "ECU.63"},   {192, "OBM0"},     {207, "OBM15"},   {208, "Exp.0"},
-      {255, "Exp.47"},   {256, "GPS0"},     {287, "GPS31"},    {288, "PCU0"},    {300, "PCU12"},
-      {352, "PCU64"},    {353, ""},         {1024, ""},        {1027, ""},       {-1, ""},
-  };
-  for (const Case& c : cases) EXPECT_EQ(ChannelSourceName(c.key), c.source) << c.key;
 }
 
 }  // namespace

@@ -54,17 +54,13 @@ TEST(OutingFormat, SampleTypeByWordSizeKeyAndSerial) {
     SampleType type;
   };
   const Case cases[] = {
-      {1, 0, 100, SampleType::U8},     {1, 130, 9999, SampleType::U8},  {2, 0, 100, SampleType::I16},
-      {2, 130, 9999, SampleType::I16}, {8, 0, 100, SampleType::F64},    {8, 200, 9999, SampleType::F64},
-      {3, 0, 100, SampleType::None},   {0, 0, 100, SampleType::None},   {16, 0, 100, SampleType::None},
+      {1, 130, 9999, SampleType::U8},  {2, 130, 9999, SampleType::I16}, {8, 0, 100, SampleType::F64},
+      {3, 0, 100, SampleType::None},   {16, 0, 100, SampleType::None},
       // 4-byte samples of a logger's own file: by key
-      {4, 100, 100, SampleType::I32},  {4, 127, 100, SampleType::I32},  {4, 128, 100, SampleType::F32},
-      {4, 130, 100, SampleType::F32},  {4, 158, 100, SampleType::I32},  {4, 191, 100, SampleType::F32},
-      {4, 192, 100, SampleType::F32},  {4, 200, 100, SampleType::F32},  {4, 224, 100, SampleType::F32},
-      {4, 225, 100, SampleType::I32},  {4, 300, 100, SampleType::I32},  {4, 1024, 100, SampleType::I32},
+      {4, 127, 100, SampleType::I32},  {4, 128, 100, SampleType::F32},  {4, 158, 100, SampleType::I32},
+      {4, 224, 100, SampleType::F32},  {4, 225, 100, SampleType::I32},  {4, 1024, 100, SampleType::I32},
       // a converted outing holds engineering values: f32 whatever the key
-      {4, 100, 9999, SampleType::F32}, {4, 158, 9999, SampleType::F32}, {4, 225, 9999, SampleType::F32},
-      {4, 0, 9999, SampleType::F32},   {4, 158, 9998, SampleType::I32},
+      {4, 158, 9999, SampleType::F32}, {4, 225, 9999, SampleType::F32}, {4, 158, 9998, SampleType::I32},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(SampleTypeFor(c.word, c.key, c.serial), c.type)

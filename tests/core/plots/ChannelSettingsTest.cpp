@@ -1,4 +1,4 @@
-// A channel's colour, event and axis choice, and the palette: what the dialogs store, where,
+// A channel's colour, event and axis choice: what the dialogs store, where,
 // and what they leave alone.
 
 #include <gtest/gtest.h>
@@ -8,7 +8,6 @@
 #include "core/plots/PlotScale.h"
 #include "core/plots/frmChlColor.h"
 #include "core/plots/frmChlXYAxis.h"
-#include "core/plots/frmEditPalette.h"
 #include "core/plots/frmEventEdit.h"
 
 using namespace test_outings;
@@ -129,22 +128,6 @@ TEST_F(ChannelSettingsTest, AColourGoesToTheTraceAndWithDefaultToTheChannelEvery
   }
   // The trace's own colour is the one picked when the dialog opens.
   EXPECT_EQ(frmChlColor(ws(), 0, 1, rpm).Selected, 9);
-}
-
-TEST_F(ChannelSettingsTest, ThePaletteTakesColoursInRangeAndIsSavedInTheStore) {
-  frmEditPalette form(ws());
-  const struct {
-    int index, color;
-    bool taken;
-  } cases[] = {{4, 255, true}, {19, 0xFFFFFF, true}, {20, 255, false}, {0, 0x1000000, false}, {0, -1, false}};
-  for (const auto& c : cases) EXPECT_EQ(form.SetColor(c.index, c.color), c.taken) << c.index << " " << c.color;
-  form.cmdOK(ws());
-  EXPECT_EQ(ws().Palette[4], 255);
-  EXPECT_EQ(ws().Settings.ReadInt(kAppAnalysis, "UserOptions\\Palette", "Color04", 0), 255);
-  EXPECT_EQ(ws().Settings.ReadInt(kAppAnalysis, "UserOptions\\Palette", "Color19", 0), 0xFFFFFF);
-  form.cmdDefault();
-  EXPECT_EQ(form.Colors[4], 4210816);
-  EXPECT_EQ(ws().Palette[4], 255);  // until OK
 }
 
 TEST_F(ChannelSettingsTest, TheAxisChannelIsChosenFromTheChannelsWithDataByName) {

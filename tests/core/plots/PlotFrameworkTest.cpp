@@ -53,11 +53,8 @@ TEST(PlotFormats, LapTimesNamesAndLabels) {
   EXPECT_EQ(FormatLapTime(b.ws, 83456), "254.1 ");  // left-trimmed only: the sign's blank stays
   EXPECT_EQ(FormatLapTime(b.ws, 0.5), "");
 
-  EXPECT_EQ(ColorName(255), "red");
-  EXPECT_EQ(ColorName(16777215), "white");
   EXPECT_EQ(ColorName(8519755), "indigo");
   EXPECT_EQ(ColorName(1), "");
-
   ChannelRec c;
   c.Name = QStringLiteral(" SPEED  ");
   c.Units = QStringLiteral("km/h ");

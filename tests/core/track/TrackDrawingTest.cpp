@@ -81,24 +81,4 @@ TEST(TrackDrawingTest, SplitsHighlightAndStretchMarkTheirPoints) {
   EXPECT_EQ(lines[0].x2, 8100);
 }
 
-TEST(TrackDrawingTest, FindsThePointUnderTheMouseAndAtADistance) {
-  BareWorkspace b;
-  FourPointMap(b.ws);
-  RecordingSurface s(9000, 6000);
-  DrawTrackMap(b.ws, s);
-  struct Near {
-    double x, y, reach;
-    int point;
-  } near[] = {{2340, 3000, 150, 1}, {2400, 3050, 150, 1}, {5000, 5000, 150, -1}, {7000, 2000, 1e9, 3}};
-  for (const Near& n : near) EXPECT_EQ(NearestTrackPoint(b.ws, n.x, n.y, n.reach), n.point) << n.x << "," << n.y;
-  struct At {
-    double distance;
-    int point;
-  } at[] = {{0, 0}, {10, 1}, {11, 2}, {30, 3}, {99, 3}};
-  for (const At& a : at) EXPECT_EQ(TrackPointAtDistance(b.ws, a.distance), a.point) << a.distance;
-  b.ws.Track.TrackPoints.clear();
-  EXPECT_EQ(TrackPointAtDistance(b.ws, 5), -1);
-  EXPECT_EQ(NearestTrackPoint(b.ws, 0, 0, 1e9), -1);
-}
-
 }  // namespace

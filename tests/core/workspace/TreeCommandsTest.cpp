@@ -200,25 +200,6 @@ TEST_F(TreeTest, DispatchersFollowTheLevelOfTheSelectedNode) {
   }
 }
 
-TEST_F(TreeTest, HidingLeavesLapsAndOutingsInTheTree) {
-  LoadBoth();
-  const std::size_t nodes = tree.Nodes().size();
-  Outing(1).Laps[2].Hidden = -1;
-  host.hide = [](frmLapHide& form) {
-    EXPECT_TRUE(form.Rows()[2].Selected);  // a hidden lap starts selected
-    for (frmLapHide::Row& r : form.Rows()) r.Selected = r.Lap == 0;
-    return true;
-  };
-  ASSERT_TRUE(tree.mnuHideLaps());
-  EXPECT_EQ(Outing(1).Laps[0].Hidden, -1);
-  EXPECT_EQ(Outing(1).Laps[2].Hidden, 0);
-  tree.ToggleOutingHidden();
-  EXPECT_EQ(Outing(1).OutingHidden, -1);
-  tree.ToggleOutingHidden();
-  EXPECT_EQ(Outing(1).OutingHidden, 0);
-  EXPECT_EQ(tree.Nodes().size(), nodes);
-}
-
 TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
   LoadBoth();
   // A second folder holding the first outing.
