@@ -186,22 +186,4 @@ TEST(Timer1Poll, LoadsAnnouncedFilesIntoTheFoldersThatAskForThem) {
   }
 }
 
-TEST(RecentFiles, NewestFirstWithoutDuplicates) {
-  QTemporaryDir home;
-  RecordingMessages messages;
-  auto ws = std::make_unique<Workspace>(messages, home.path());
-  for (const char* path : {"C:\\Data\\A.DAT", "C:\\Data\\B.DAT", "C:\\Data\\C.DAT", "C:\\Data\\A.DAT"}) {
-    AddRecentFile(*ws, path);
-  }
-  const QStringList expected{"C:\\Data\\A.DAT", "C:\\Data\\C.DAT", "C:\\Data\\B.DAT"};
-  EXPECT_EQ(ReadRecentFiles(*ws), expected);
-  EXPECT_EQ(ws->Settings.Read(kAppAnalysis, "RecentFiles", "RecentFile1", ""), "C:\\Data\\A.DAT");
-  EXPECT_EQ(ws->Settings.Read(kAppAnalysis, "RecentFiles", "RecentFile3", ""), "C:\\Data\\B.DAT");
-  EXPECT_EQ(ws->Settings.Read(kAppAnalysis, "RecentFiles", "RecentFile4", "none"), "none");
-
-  ws->Settings.SyncAll();
-  auto next = std::make_unique<Workspace>(messages, home.path());
-  EXPECT_EQ(ReadRecentFiles(*next), expected);
-}
-
 }  // namespace

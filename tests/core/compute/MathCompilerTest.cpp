@@ -206,30 +206,4 @@ TEST(MathCompiler, ConstantsBindAsNumbersWithSixDecimals) {
   }
 }
 
-TEST(MathCompiler, ConstantsAfterChannels) {
-  Compiler c({{"RPM", 83}, {"SPEED", 68}},
-             {{QStringLiteral("SPEED"), QStringLiteral("3")},
-              {QStringLiteral("Brake Bias "), QStringLiteral("57.5")},  // as CONSTANT.DEF leaves it before " = "
-              {QStringLiteral("Gain"), QStringLiteral("-2.5")}});
-  struct Case {
-    const char* expression;
-    const char* bound;
-    const char* tokens;
-  } cases[] = {
-      // A constant named like a channel: the channel is bound first, so it wins.
-      {"SPEED * 2", "$001 * 2", "001:0 2:2 *:3"},
-      {"RPM * Brake Bias / 100", "$000 * 57.500000 / 100", "000:0 57.500000:2 *:3 100:2 /:3"},
-      // A negative constant is one number, not an operator.
-      {"RPM * Gain", "$000 * -2.500000", "000:0 -2.500000:2 *:3"},
-      {"Gain", "-2.500000", "-2.500000:2"},
-      {"Gainx + 1", "Gainx + 1", ""},
-  };
-  for (const Case& k : cases) {
-    const QString bound = c.Bind(QString::fromLatin1(k.expression));
-    EXPECT_EQ(bound, k.bound) << k.expression;
-    c.SetPreviousCount(0);
-    EXPECT_EQ(c.Compile(bound), k.tokens) << k.expression;
-  }
-}
-
 }  // namespace

@@ -57,25 +57,6 @@ TEST(frmConstants, AddConstantChecksTheName) {
   }
 }
 
-TEST(frmConstants, ClipboardLinesMoveRowsAndLinksShowWhatTheyGive) {
-  Editor from;
-  EXPECT_EQ(from.f.lblTable(), "Global Constants :");
-  EXPECT_EQ(from.f.ValueText(0), "57.5");
-  EXPECT_EQ(from.f.ValueText(2), "Book1!R1C1 - (0)");  // no link service here: a link reads 0
-  QString text;
-  ASSERT_TRUE(from.f.mnuCut(from.b.ws, {2, 0, 7}, text));
-  EXPECT_EQ(text, "Wheelbase,Book1!R1C1\r\nBrake Bias,57.5\r\n");
-  EXPECT_EQ(Values(from.f.Rows()), (std::vector<QString>{"Fuel Density=0.745"}));
-
-  Editor to;
-  to.f.SetValue(0, QStringLiteral("60"));
-  ASSERT_TRUE(to.f.mnuPaste(to.b.ws, text + "garbage\n,5\nX,1\nTyre Pressure,1,6\n"));
-  // A name in the table takes the value without a question; a new name gets a row.
-  EXPECT_EQ(Values(to.f.Rows()), (std::vector<QString>{"Brake Bias=57.5", "Fuel Density=0.745", "Wheelbase=Book1!R1C1",
-                                                       "Tyre Pressure=1,6"}));
-  EXPECT_TRUE(to.b.messages.entries.empty());
-}
-
 TEST(frmConstants, ExportImportRoundTripAndRefusals) {
   Editor e;
   const QString path = e.b.dir.filePath(QStringLiteral("CONST.TXT"));

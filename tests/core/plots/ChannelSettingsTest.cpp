@@ -1,4 +1,4 @@
-// A channel's colour, event and axis choice: what the dialogs store, where,
+// A channel's colour and event: what the dialogs store, where,
 // and what they leave alone.
 
 #include <gtest/gtest.h>
@@ -7,7 +7,6 @@
 #include "core/outing/HeaderProcessing.h"
 #include "core/plots/PlotScale.h"
 #include "core/plots/frmChlColor.h"
-#include "core/plots/frmChlXYAxis.h"
 #include "core/plots/frmEventEdit.h"
 
 using namespace test_outings;
@@ -128,23 +127,6 @@ TEST_F(ChannelSettingsTest, AColourGoesToTheTraceAndWithDefaultToTheChannelEvery
   }
   // The trace's own colour is the one picked when the dialog opens.
   EXPECT_EQ(frmChlColor(ws(), 0, 1, rpm).Selected, 9);
-}
-
-TEST_F(ChannelSettingsTest, TheAxisChannelIsChosenFromTheChannelsWithDataByName) {
-  frmChlXYAxis form(ws(), 0);
-  ASSERT_FALSE(form.Rows.empty());
-  for (std::size_t r = 1; r < form.Rows.size(); ++r) {
-    EXPECT_LE(form.Rows[r - 1].Name.compare(form.Rows[r].Name, Qt::CaseInsensitive), 0);
-  }
-  for (const auto& row : form.Rows)
-    EXPECT_GT(OutingAt(ws(), 0).Channels[static_cast<std::size_t>(row.Channel)].Rate, 0);
-  // The folder's XY channel ("System Speed") is chosen at first.
-  EXPECT_EQ(form.cmdOK(), FindChannelByName(ws(), 0, 0, QStringLiteral("System Speed")));
-  form.Selected = form.Find(QStringLiteral("rpm "));
-  EXPECT_EQ(form.cmdOK(), rpm);
-  form.Selected = form.Find(QStringLiteral("NO SUCH CHANNEL"));
-  EXPECT_EQ(form.cmdOK(), -1);
-  EXPECT_TRUE(frmChlXYAxis(ws(), 5).Rows.empty());  // an empty slot
 }
 
 }  // namespace

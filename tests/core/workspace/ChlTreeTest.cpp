@@ -126,26 +126,4 @@ TEST_F(TreeTest, LapGroupEndsAtTheClosingRow) {
   }
 }
 
-TEST(LapSelection, ChannelsMatchByNumberThenByName) {
-  OutingRec o;
-  const std::pair<int, const char*> channels[] = {{5, "SYSTEM SPEED"}, {40, "RPM"}, {1027, "BRAKE BIAS"}};
-  for (const auto& [key, name] : channels) {
-    ChannelRec c;
-    c.Key = static_cast<uint16_t>(key);
-    c.ShortName = QString::fromLatin1(name);
-    o.Channels.push_back(c);
-  }
-  struct Case {
-    ChannelRef ref;
-    int expected;
-  } cases[] = {
-      {{40, "ENGINE"}, 1},           // the number wins over another name
-      {{99, "rpm "}, 1},             // no such number: the name, trimmed, case ignored
-      {{1027, "OTHER MATH"}, 2},
-      {{99, "WATER TEMP"}, -1},
-      {{-1, ""}, -1},
-  };
-  for (const Case& k : cases) EXPECT_EQ(MatchChannel(o, k.ref), k.expected) << k.ref.ShortName.toStdString();
-}
-
 }  // namespace

@@ -36,53 +36,6 @@ TEST_F(TreeTest, LapCommandsRefuseUnderEntireOuting) {
   EXPECT_TRUE(host.asked.empty());
 }
 
-TEST_F(TreeTest, NeighbourLapsTakeTheCurrentLapsChannels) {
-  LoadBoth();
-  OutingRec& o = Outing(1);
-  SetChannelOn(o, o.CurLap, 2, true);
-  // Step to the in lap, then nothing lies beyond it.
-  while (o.CurLap < o.LastLap - 1) ASSERT_TRUE(tree.AddNextLap());
-  const std::vector<int16_t> at_end = ShownFlags(1);
-  EXPECT_FALSE(tree.AddNextLap());
-  EXPECT_EQ(ShownFlags(1), at_end);
-  EXPECT_EQ(o.CurLap, o.LastLap - 1);
-  EXPECT_EQ(ChannelsOnLap(o, o.CurLap), (std::vector<int>{0, 2}));
-
-  // Replacing with the previous lap moves the channels and takes the lap off.
-  const int in_lap = o.CurLap;
-  ASSERT_TRUE(tree.ReplaceWithPrevious());
-  EXPECT_EQ(o.CurLap, in_lap - 1);
-  EXPECT_EQ(o.Laps[static_cast<std::size_t>(in_lap)].Shown, 0);
-  EXPECT_TRUE(ChannelsOnLap(o, in_lap).empty());
-  EXPECT_EQ(ChannelsOnLap(o, o.CurLap), (std::vector<int>{0, 2}));
-}
-
-TEST_F(TreeTest, GroupCountIsClampedAndEntireOutingLeavesOneUnit) {
-  LoadBoth();
-  struct Case {
-    QString typed;
-    bool entire;
-    int16_t group, displayed;
-  } cases[] = {{"0", false, 1, 1},     {"4", false, 4, 4},      {"abc", false, 1, 1},
-               {"300", false, 255, 255}, {"7", true, 7, 255}};
-  for (const Case& k : cases) {
-    Folder().LapsDisplayed = 1;
-    host.group = [&](frmGroupLaps& form) {
-      form.txtLaps = k.typed;
-      form.chkEntireOuting = k.entire;
-      return true;
-    };
-    ASSERT_TRUE(tree.mnuGroupLaps());
-    EXPECT_EQ(Folder().GroupCount, k.group) << k.typed.toStdString();
-    EXPECT_EQ(Folder().LapsDisplayed, k.displayed) << k.typed.toStdString();
-  }
-  // Whole outings: each outing compares from lap 0, with the channels it carried.
-  for (int slot : {0, 1}) {
-    EXPECT_EQ(Outing(slot).CurLap, 0);
-    EXPECT_EQ(ChannelsOnLap(Outing(slot), 0), std::vector<int>{0});
-  }
-}
-
 TEST_F(TreeTest, NewOutingCarriesTheChannelsInForce) {
   host.files.push_back({First()});
   ASSERT_TRUE(tree.AddAnotherOuting());
