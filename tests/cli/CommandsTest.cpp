@@ -3,11 +3,8 @@
 // the rest loads; a header the program can't take says so in its own words; exports stay readable
 // when a raw float is not a number).
 
-#include <gtest/gtest.h>
-
 #include <QFileInfo>
 #include <QProcess>
-#include <cmath>
 #include <nlohmann/json.hpp>
 #include <string>
 

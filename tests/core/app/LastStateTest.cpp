@@ -1,9 +1,5 @@
 #include "core/app/LastState.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-
 #include "../TestOutings.h"
 #include "core/plots/PlotScale.h"
 

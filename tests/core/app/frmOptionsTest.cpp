@@ -1,7 +1,5 @@
 // The options dialog: what it refuses, and what OK puts in force and in the store.
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 #include "core/app/frmOptions.h"
 

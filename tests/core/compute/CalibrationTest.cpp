@@ -1,9 +1,5 @@
 #include "core/compute/Calibration.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-
 #include "../TestOutings.h"
 #include "core/outing/HeaderProcessing.h"
 

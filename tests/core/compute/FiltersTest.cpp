@@ -1,8 +1,5 @@
 #include "core/compute/Filters.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numeric>
 
 #include "../TestOutings.h"

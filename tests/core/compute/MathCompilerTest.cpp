@@ -1,14 +1,10 @@
 #include "core/compute/MathCompiler.h"
 
-#include <gtest/gtest.h>
-
 #include <QStringList>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "../TestOutings.h"
-#include "core/compute/MathDefinitions.h"
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "core/compute/MathEvaluator.h"
 
-#include <gtest/gtest.h>
-
 #include <cfloat>
-#include <cmath>
 #include <cstring>
-#include <functional>
 #include <random>
 
 #include "../TestOutings.h"

@@ -1,12 +1,8 @@
 #include "core/compute/OutingConstants.h"
 
-#include <gtest/gtest.h>
-
 #include <utility>
-#include <vector>
 
 #include "../TestOutings.h"
-#include "core/outing/ConstantsBlock.h"
 
 namespace {
 

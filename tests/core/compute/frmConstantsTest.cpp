@@ -1,9 +1,6 @@
 #include "core/compute/frmConstants.h"
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
-#include "core/outing/ConstantsBlock.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 #include "core/compute/frmEditMath.h"
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 #include "core/compute/frmMathScales.h"
 #include "core/compute/frmNewMath.h"

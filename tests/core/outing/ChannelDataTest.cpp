@@ -1,10 +1,5 @@
 #include "core/outing/ChannelData.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-#include <cmath>
-
 #include "../TestOutings.h"
 #include "core/app/Numbers.h"
 #include "core/compute/Filters.h"

@@ -1,15 +1,9 @@
-#include "core/outing/OpenOuting.h"
-
-#include <gtest/gtest.h>
-
 #include <QDateTime>
 #include <QLocale>
 #include <QTimeZone>
 #include <array>
-#include <cmath>
 #include <cstring>
 #include <deque>
-#include <functional>
 #include <limits>
 
 #include "../TestOutings.h"

@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <limits>
 
 #include "../TestOutings.h"
-#include "core/outing/ConstantsBlock.h"
 
 namespace {
 

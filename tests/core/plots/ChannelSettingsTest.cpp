@@ -1,8 +1,6 @@
 // A channel's colour and event: what the dialogs store, where,
 // and what they leave alone.
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/plots/PlotScale.h"

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "../TestOutings.h"
 #include "core/plots/PlotFormats.h"
 #include "core/plots/PlotScale.h"

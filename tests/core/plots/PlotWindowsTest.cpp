@@ -1,8 +1,6 @@
 // The distance plot, the XY plot and the histogram: their arithmetic on small known laps, on a
 // recording surface.
 
-#include <gtest/gtest.h>
-
 #include "GraphFixture.h"
 #include "core/plots/PlotAxes.h"
 #include "core/plots/Regression.h"

@@ -1,9 +1,5 @@
 #include "core/plots/frmGraph.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "GraphFixture.h"
 #include "core/plots/PlotAxes.h"
 #include "core/plots/PlotFormats.h"

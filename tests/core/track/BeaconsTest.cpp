@@ -1,9 +1,5 @@
 #include "core/track/Beacons.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-
 #include "../TestOutings.h"
 #include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"

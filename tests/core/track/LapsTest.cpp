@@ -1,7 +1,5 @@
 #include "core/track/Laps.h"
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 #include "core/track/DistanceTime.h"
 

@@ -1,9 +1,5 @@
 #include "core/track/TrackCreate.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "../TestOutings.h"
 #include "core/track/TrackFile.h"
 #include "core/track/TrackState.h"

@@ -1,7 +1,5 @@
 #include "core/track/TrackDrawing.h"
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 #include "core/plots/RecordingSurface.h"
 

@@ -1,9 +1,5 @@
 #include "core/track/TrackFile.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-
 #include "../TestOutings.h"
 #include "core/outing/BinaryRecord.h"
 #include "core/track/TrackCreate.h"

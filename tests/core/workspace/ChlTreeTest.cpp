@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include "TreeFixture.h"
-#include "core/app/Files.h"
 #include "core/workspace/LapSelection.h"
 #include "core/workspace/TreeNode.h"
 

@@ -1,7 +1,5 @@
 #include "core/workspace/FolderTable.h"
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 
 namespace {

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <functional>
-
 #include "TreeFixture.h"
 #include "core/workspace/FolderSettings.h"
 #include "core/workspace/LapSelection.h"
