@@ -92,18 +92,15 @@ TEST_F(DemoCommands, TrackCreateDescribeAndSplit) {
 }
 
 TEST_F(DemoCommands, TrackRefusesWhatCantMakeAMap) {
-  struct Case {
-    QStringList args;
-    const char* says;
-  } cases[] = {
+  const std::pair<QStringList, const char*> cases[] = {
       {{"track", "create", Outing(), "--lap", "1", "--name", "../../outside"}, "Please enter a valid track name"},
       {{"track", "create", Outing(), "--lap", "99", "--name", "X"}, "No lap 99: the outing has laps 0 to"},
       {{"track", "info", Map("NONE.MAP")}, "Can't open file: "},
   };
-  for (const Case& c : cases) {
-    const Outcome o = Orlan(c.args + Home());
-    EXPECT_NE(o.exit_code, 0) << c.args.join(' ').toStdString();
-    EXPECT_NE(o.err.find(c.says), std::string::npos) << o.err;
+  for (const auto& [args, says] : cases) {
+    const Outcome o = Orlan(args + Home());
+    EXPECT_NE(o.exit_code, 0) << args.join(' ').toStdString();
+    EXPECT_NE(o.err.find(says), std::string::npos) << o.err;
   }
   EXPECT_FALSE(QFileInfo::exists(JoinPath(home_->path(), "outside.MAP")));
 }

@@ -26,24 +26,20 @@ TEST(SettingsStore, SectionsWithABackslashAreLevelsBelowTheirParent) {
   EXPECT_EQ(s.Read(kAppFamily, "UserOptions", "ZoomPercent", "50"), "50");  // another application
   s.Write(kAppAnalysis, "UserOptions", "StatusBar", "True");
   s.Write(kAppAnalysis, "UserOptions\\F3", "HistoBins", "30");
-  s.Write(kAppAnalysis, "UserOptions\\Palette", "Color00", "255");
   s.Write(kAppAnalysis, "Indicators\\F1", "Name\\B3", "Pit Limiter");
 
   QStringList top = s.ListSection(kAppAnalysis, "UserOptions");
   top.sort();
   EXPECT_EQ(top, QStringList({"StatusBar", "ZoomPercent"}));
   EXPECT_EQ(s.ListSection(kAppAnalysis, "UserOptions\\F3"), QStringList({"HistoBins"}));
-  EXPECT_EQ(s.ListSection(kAppAnalysis, "UserOptions\\Palette"), QStringList({"Color00"}));
   EXPECT_TRUE(s.ListSection(kAppAnalysis, "UserOptions\\F4").isEmpty());
   EXPECT_EQ(s.Read(kAppAnalysis, "UserOptions\\F3", "ZoomPercent", "-"), "-");
-  EXPECT_EQ(s.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
 
   // Another store on the same folder (another program of the family) sees it after a sync.
   s.SyncAll();
   SettingsStore other(dir.path());
   EXPECT_EQ(other.Read(kAppAnalysis, "UserOptions\\F3", "HistoBins", ""), "30");
   EXPECT_EQ(other.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
-  EXPECT_EQ(other.ListSection(kAppAnalysis, "UserOptions\\Palette"), QStringList({"Color00"}));
 }
 
 // Booleans are "True"/"False" as the family writes them; the older programs wrote -1 and 0.
@@ -79,11 +75,9 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   ReadPaths(*first);
   ReadRegistryData(*first);
   first->Paths.MathDirectory = elsewhere.path() + "/Formulas";
-  first->Options.ProcessBeacon = false;
   first->Options.ZoomPercent = 35;
   FolderRec& f3 = first->FolderTable[2];
   f3.Name = "Wet Test";
-  f3.TrackCorrection = 5;
   f3.Options.UpdateOnNewData = true;
   f3.Options.Bits[3].Name = "Pit Limiter";
   ShutDown(*first);
@@ -94,11 +88,9 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   ReadRegistryData(*second);
   EXPECT_EQ(second->Paths.MathDirectory, first->Paths.MathDirectory);
   EXPECT_TRUE(QFileInfo(second->Paths.MathDirectory).isDir());
-  EXPECT_FALSE(second->Options.ProcessBeacon);
   EXPECT_EQ(second->Options.ZoomPercent, 35);
   const FolderRec& g3 = second->FolderTable[2];
   EXPECT_EQ(g3.Name, "Wet Test");
-  EXPECT_EQ(g3.TrackCorrection, 5);
   EXPECT_TRUE(g3.Options.UpdateOnNewData);
   EXPECT_EQ(g3.Options.Bits[3].Name, "Pit Limiter");
   // The neighbours keep their own values.

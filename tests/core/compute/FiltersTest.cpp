@@ -81,18 +81,15 @@ TEST(Filters, ConstantThroughKernelFilters) {
   EXPECT_LT(y.front(), 90.0);
   EXPECT_LT(y.back(), 90.0);
   // Direct current passes the low-pass and the band-reject, and is stopped by the others.
-  struct Case {
-    int kind;
-    double body;
-  } cases[] = {{2, 100}, {3, 0}, {4, 0}, {5, 100}, {0, 100}, {6, 100}, {-1, 100}};  // other kinds: untouched
-  for (const Case& k : cases) {
+  const std::pair<int, double> cases[] = {{2, 100}, {3, 0}, {4, 0}, {5, 100}, {0, 100}, {6, 100}, {-1, 100}};  // other kinds: untouched
+  for (const auto& [kind, body] : cases) {
     ChannelRec f = Channel(0, 40);
-    f.FilterKind = static_cast<int16_t>(k.kind);
+    f.FilterKind = static_cast<int16_t>(kind);
     f.FilterLowCut = 1000;
     f.FilterHighCut = 2500;
     const std::vector<float> out = Filter(f, x);
-    ASSERT_EQ(out.size(), x.size() - (k.kind >= 2 && k.kind <= 5 ? 1 : 0)) << k.kind;
-    EXPECT_NEAR(out[200], k.body, 1e-3) << k.kind;
+    ASSERT_EQ(out.size(), x.size() - (kind >= 2 && kind <= 5 ? 1 : 0)) << kind;
+    EXPECT_NEAR(out[200], body, 1e-3) << kind;
   }
 }
 
@@ -141,19 +138,16 @@ TEST(Filters, SmoothLooksAheadAndHoldsTheLastSample) {
 }
 
 TEST(frmFilters, CutOffBoxesAreClampedWhenLeft) {
-  struct Case {
-    const char* typed;
-    const char* shown;
-  } cases[] = {{"0.04", "0.1"}, {"0.1", "0.1"},   {"0.4", "0.1"}, {"0.5", "0.1"}, {"0.6", "0.6"},
+  const std::pair<const char*, const char*> cases[] = {{"0.04", "0.1"}, {"0.1", "0.1"},   {"0.4", "0.1"}, {"0.5", "0.1"}, {"0.6", "0.6"},
                {"600", "500"},  {"500.4", "500.4"}, {"500.6", "500"}, {"12.5", "12.5"}, {"-3", "0.1"}};
-  for (const Case& k : cases) {
+  for (const auto& [typed, shown] : cases) {
     frmFilters f;
-    f.txtLow = k.typed;
-    f.txtHigh = k.typed;
+    f.txtLow = typed;
+    f.txtHigh = typed;
     f.txtLow_LostFocus();
     f.txtHigh_LostFocus();
-    EXPECT_EQ(f.txtLow, k.shown) << k.typed;
-    EXPECT_EQ(f.txtHigh, k.shown) << k.typed;
+    EXPECT_EQ(f.txtLow, shown) << typed;
+    EXPECT_EQ(f.txtHigh, shown) << typed;
   }
 }
 

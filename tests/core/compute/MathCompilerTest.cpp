@@ -68,10 +68,7 @@ const std::vector<Compiler::Channel> kThreeChannels = {{"A", 1}, {"B", 2}, {"C",
 
 // The grammar that the priority table and the loop give: $000, $001, $002 stand for A, B, C.
 TEST(MathCompiler, GrammarOfTheLanguage) {
-  struct Case {
-    const char* bound;
-    const char* tokens;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       // "*" binds tighter than "/", "+" tighter than "-".
       {"$000 / $001 * $002", "000:0 001:0 002:0 *:3 /:3"},      // A / (B * C)
       {"$000 - $001 + $002", "000:0 001:0 002:0 +:3 -:3"},      // A - (B + C)
@@ -95,9 +92,9 @@ TEST(MathCompiler, GrammarOfTheLanguage) {
       {" sqrt $000", "000:0 Sqrt:3"},
       {" Gate_Avg ($000 * ($001 > 90))", "000:0 001:0 90:2 >:3 *:3 Gate_Avg:3"},
   };
-  for (const Case& k : cases) {
+  for (const auto& [bound, tokens] : cases) {
     Compiler c(kThreeChannels);
-    EXPECT_EQ(c.Compile(QString::fromLatin1(k.bound)), k.tokens) << k.bound;
+    EXPECT_EQ(c.Compile(QString::fromLatin1(bound)), tokens) << bound;
   }
 }
 
@@ -108,11 +105,7 @@ TEST(MathCompiler, FailedCompileLeavesThePreviousCount) {
     for (int i = 0; i < n; ++i) parts << QStringLiteral("1");
     return parts.join(QStringLiteral(" + "));
   };
-  struct Case {
-    const char* what;
-    QString bound;
-    int count;
-  } cases[] = {
+  const std::tuple<const char*, QString, int> cases[] = {
       {"a name the outing doesn't have", QStringLiteral("$000 + RPM"), 7},
       {"a name at the head", QStringLiteral("SPEED * 2"), 7},
       {"a word right behind a word", QStringLiteral(" Sin ABS $000"), 7},  // a blank starts each word
@@ -121,13 +114,13 @@ TEST(MathCompiler, FailedCompileLeavesThePreviousCount) {
       {"129 tokens fit", ones(65), 129},
       {"131 tokens don't", ones(66), 7},
   };
-  for (const Case& k : cases) {
+  for (const auto& [what, bound, count] : cases) {
     Compiler c(kThreeChannels);
     c.SetPreviousCount(7);
     int count = -1;
-    c.Compile(k.bound, count);
-    EXPECT_EQ(count, k.count) << k.what;
-    EXPECT_TRUE(c.b.messages.entries.empty()) << k.what;
+    c.Compile(bound, count);
+    EXPECT_EQ(count, count) << what;
+    EXPECT_TRUE(c.b.messages.entries.empty()) << what;
   }
   // A fresh outing has no previous compile: nothing to evaluate.
   Compiler fresh(kThreeChannels);
@@ -160,10 +153,7 @@ TEST(MathCompiler, ChannelNamesBindInTableOrder) {
               {"LAP DISTANCE", kDerivedLapDistanceKey},
               {"REAR_SLIP", kFirstMathKey},
               {"", 0}});
-  struct Case {
-    const char* expression;
-    const char* bound;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"RPM / 100 + 2", "$000 / 100 + 2"},
       {"RPM2 - RPM", "$0002 - $000"},  // RPM comes first in the table and cuts RPM2 short
       {"XRPM + RPM_A + RPMB", "XRPM + RPM_A + RPMB"},
@@ -175,7 +165,7 @@ TEST(MathCompiler, ChannelNamesBindInTableOrder) {
       {"DISTANCE - LAP DISTANCE", "DISTANCE - $004"},
       {"LAP DISTANCE - DISTANCE", "$004 - DISTANCE"},
   };
-  for (const Case& k : cases) EXPECT_EQ(c.Bind(QString::fromLatin1(k.expression)), k.bound) << k.expression;
+  for (const auto& [expression, bound] : cases) EXPECT_EQ(c.Bind(QString::fromLatin1(expression)), bound) << expression;
 
   // The longer name first in the table keeps it whole.
   Compiler longer_first({{"RPM2", 84}, {"RPM", 83}});
@@ -183,10 +173,7 @@ TEST(MathCompiler, ChannelNamesBindInTableOrder) {
 }
 
 TEST(MathCompiler, ConstantsBindAsNumbersWithSixDecimals) {
-  struct Case {
-    const char* value;
-    const char* bound;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"57.5", "57.500000"},
       {"3.14159265", "3.141593"},
       {"1e3", "1000.000000"},
@@ -196,9 +183,9 @@ TEST(MathCompiler, ConstantsBindAsNumbersWithSixDecimals) {
       {"Book1!R1C1", "0.000000"},  // a live link can't be reached here: it reads as 0
       {"!12", "0.000000"},  // no link, and no number either
   };
-  for (const Case& k : cases) {
-    Compiler c(kThreeChannels, {{QStringLiteral("Gain"), QString::fromLatin1(k.value)}});
-    EXPECT_EQ(c.Bind(QStringLiteral("A * Gain")), QStringLiteral("$000 * ") + k.bound) << k.value;
+  for (const auto& [value, bound] : cases) {
+    Compiler c(kThreeChannels, {{QStringLiteral("Gain"), QString::fromLatin1(value)}});
+    EXPECT_EQ(c.Bind(QStringLiteral("A * Gain")), QStringLiteral("$000 * ") + bound) << value;
   }
 }
 

@@ -238,27 +238,23 @@ TEST(frmEditMath, SaveRewritesTheFileAndRecompilesLoadedOutings) {
 TEST(frmMathScales, TheBoxesAreCheckedBeforeAnythingIsWritten) {
   const char* kNumbers = "The scale's minimum and maximum must be numbers";
   const char* kOrder = "The scale's maximum must be above its minimum";
-  struct Case {
-    const char* min;
-    const char* max;
-    const char* message;  // null: stored
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"-5", "15", nullptr}, {" 0.5 ", "2e3", nullptr}, {"", "10", kNumbers}, {"1,5", "10", kNumbers},
       {"0", "inf", kNumbers}, {"3", "3", kOrder},   {"10", "-10", kOrder},
   };
-  for (const Case& k : cases) {
+  for (const auto& [min, max, message] : cases) {
     LoadedHome h;
     const QByteArray before = h.Dsc();
     frmMathScales f;
     ASSERT_TRUE(f.Form_Load(h.ws(), QStringLiteral("Double")));
     EXPECT_EQ(f.Caption(), "Math Scales - DOUBLE");
-    f.txtMin = QString::fromLatin1(k.min);
-    f.txtMax = QString::fromLatin1(k.max);
+    f.txtMin = QString::fromLatin1(min);
+    f.txtMax = QString::fromLatin1(max);
     f.txtUnits = QStringLiteral("km/h x 2");
-    EXPECT_EQ(f.cmdOK(h.ws()), k.message == nullptr) << k.min << " " << k.max;
-    EXPECT_EQ(LastMessage(h.home.messages).text, k.message ? k.message : "") << k.min << " " << k.max;
-    if (k.message) {
-      EXPECT_EQ(h.Dsc(), before) << k.min;
+    EXPECT_EQ(f.cmdOK(h.ws()), message == nullptr) << min << " " << max;
+    EXPECT_EQ(LastMessage(h.home.messages).text, message ? message : "") << min << " " << max;
+    if (message) {
+      EXPECT_EQ(h.Dsc(), before) << min;
     }
   }
 }

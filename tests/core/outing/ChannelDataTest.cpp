@@ -268,18 +268,15 @@ TEST(ChannelData, ConvertedOutingIsFilteredButNotCalibrated) {
 // A lap is fetched for its span by the header's times, past the end of the recording too, where
 // the values are zeros; only a span no outing has is cut, so a header can't make a huge array.
 TEST(ChannelData, ALapPastTheRecordingReadsZerosThere) {
-  struct Case {
-    int32_t end_time;
-    double span_ms;
-  } cases[] = {{90000, 89500}, {2147483647, kMaxFetchSpanMs}};
-  for (const Case& k : cases) {
+  const std::pair<int32_t, double> cases[] = {{90000, 89500}, {2147483647, kMaxFetchSpanMs}};
+  for (const auto& [end_time, span_ms] : cases) {
     TestHome home;
     const QString path = home.Path("SHORT.DAT");
-    ASSERT_TRUE(WriteOuting(path, SmallHeader(k.end_time), {Block(71, 6, 2, Ramp(560, 1, 1))}));  // 56 s at 10 Hz
+    ASSERT_TRUE(WriteOuting(path, SmallHeader(end_time), {Block(71, 6, 2, Ramp(560, 1, 1))}));  // 56 s at 10 Hz
     ASSERT_TRUE(home.Load(0, path));
     GetChannelData(home.ws(), 0, 0, 0);
     const std::vector<float>& v = home.Outing(0).Laps[0].LapChannels[0].Samples;
-    ASSERT_EQ(static_cast<int64_t>(v.size()), RoundHalfEven((k.span_ms + 5000) * 0.01) + 1) << k.end_time;
+    ASSERT_EQ(static_cast<int64_t>(v.size()), RoundHalfEven((span_ms + 5000) * 0.01) + 1) << end_time;
     EXPECT_EQ(v[559], 560.0f);
     EXPECT_EQ(v[560], 0.0f);
     EXPECT_EQ(v.back(), 0.0f);

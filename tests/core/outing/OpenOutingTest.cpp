@@ -232,35 +232,28 @@ TEST(HeaderProcessing, DateFromTheLoggerFromVersion619On) {
   const QLocale locale = QLocale::system();
   const QString stamp_text = locale.toString(QDate(2026, 6, 12), QLocale::ShortFormat) + "  03:04:05 " + locale.pmText().toUpper();
   const QString file_text = locale.toString(QDate(2021, 3, 4), QLocale::ShortFormat) + "  08:09:10 " + locale.amText().toUpper();
-  struct Case {
-    const char* version;
-    bool stamp;
-  } cases[] = {{"6.1.9", true}, {"6.1.8", false}, {"6.0.9", false}, {"7.0", true},  {"8.2.1", true},
+  const std::pair<const char*, bool> cases[] = {{"6.1.9", true}, {"6.1.8", false}, {"6.0.9", false}, {"7.0", true},  {"8.2.1", true},
                {"5.9.9", false}, {"6.2.9", true},  {"6.9.0", false}};
-  for (const Case& k : cases) {
-    EXPECT_EQ(OutingDateText(k.version, ticks, written, false), k.stamp ? stamp_text : file_text) << k.version;
+  for (const auto& [version, stamp] : cases) {
+    EXPECT_EQ(OutingDateText(version, ticks, written, false), stamp ? stamp_text : file_text) << version;
   }
   EXPECT_EQ(OutingDateText("6.1.9", ticks, written, true),
             locale.toString(QDate(2026, 6, 12), QLocale::LongFormat) + "  03:04:05 " + locale.pmText().toUpper());
 }
 
 TEST(HeaderProcessing, OldVersionFlag) {
-  struct Case {
-    const char* version;
-    int serial;
-    int16_t old;
-  } cases[] = {
+  const std::tuple<const char*, int, int16_t> cases[] = {
       {"5.0", 4711, -1},   {"5.0", 9999, 0},   {"5.1.7", 4711, -1}, {"6.5.0", 4711, -1},  // "5.0" anywhere
       {"5.2.3", 4711, -1}, {"5.2.6  ", 4711, -1}, {"5.2.0", 9999, 0}, {"5.2.7", 4711, 0},
       {"5.3.0", 4711, 0},  {"8.2.1", 4711, 0},
   };
-  for (const Case& k : cases) {
+  for (const auto& [version, serial, old] : cases) {
     BareWorkspace b;
-    b.Outing().Version = k.version;
-    b.Outing().LcuSerial = k.serial;
+    b.Outing().Version = version;
+    b.Outing().LcuSerial = serial;
     b.Outing().OldVersion = 7;
     SetDataVersionFlag(b.ws, 0);
-    EXPECT_EQ(b.Outing().OldVersion, k.old) << k.version << " " << k.serial;
+    EXPECT_EQ(b.Outing().OldVersion, old) << version << " " << serial;
   }
 }
 

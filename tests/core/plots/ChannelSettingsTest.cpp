@@ -94,24 +94,21 @@ TEST_F(ChannelSettingsTest, AnEventGoesToTheChannelInEveryOutingAndToChannelDsc)
 }
 
 TEST_F(ChannelSettingsTest, AColourGoesToTheTraceAndWithDefaultToTheChannelEverywhere) {
-  struct Case {
-    bool by_default;
-    int pick;
-  } cases[] = {{false, 4}, {true, 9}};
+  const std::pair<bool, int> cases[] = {{false, 4}, {true, 9}};
   const int own = Rpm(0).Color;
   // A trace without a colour of its own opens on the channel's.
   EXPECT_EQ(frmChlColor(ws(), 0, 1, rpm).Selected, own);
-  for (const Case& c : cases) {
+  for (const auto& [by_default, pick] : cases) {
     const QByteArray before = Dsc();
     frmChlColor form(ws(), 0, 1, rpm);
     EXPECT_TRUE(form.HasChannel());
-    form.Selected = c.pick;
-    form.chkDefault = c.by_default;
+    form.Selected = pick;
+    form.chkDefault = by_default;
     ASSERT_TRUE(form.cmdOK());
-    EXPECT_EQ(OutingAt(ws(), 0).Laps[1].LapChannels[static_cast<std::size_t>(rpm)].Color, c.pick);
+    EXPECT_EQ(OutingAt(ws(), 0).Laps[1].LapChannels[static_cast<std::size_t>(rpm)].Color, pick);
     EXPECT_EQ(OutingAt(ws(), 0).Laps[2].LapChannels[static_cast<std::size_t>(rpm)].Color, -1);  // that trace only
-    EXPECT_EQ(GetChannelColor(ws(), 0, 1, rpm), ws().Palette[static_cast<std::size_t>(c.pick)]);
-    const int channel_color = c.by_default ? c.pick : own;
+    EXPECT_EQ(GetChannelColor(ws(), 0, 1, rpm), ws().Palette[static_cast<std::size_t>(pick)]);
+    const int channel_color = by_default ? pick : own;
     EXPECT_EQ(Rpm(0).Color, channel_color);
     EXPECT_EQ(Rpm(1).Color, channel_color);
     EXPECT_EQ(Record().Color, channel_color);

@@ -11,15 +11,12 @@ using namespace test_outings;
 namespace {
 
 TEST(BeaconsTest, LapTimeTexts) {
-  struct Case {
-    const char* text;
-    std::optional<double> ms;
-  } cases[] = {{"1:39.871", 99871}, {"01:39.871", 99871}, {"99.5", 99500}, {"0:5", 5000},
+  const std::pair<const char*, std::optional<double>> cases[] = {{"1:39.871", 99871}, {"01:39.871", 99871}, {"99.5", 99500}, {"0:5", 5000},
                {"2:", std::nullopt}, {"abc", std::nullopt}, {"1:x", std::nullopt}};
-  for (const Case& c : cases) {
-    const auto got = ParseLapTime(QString::fromLatin1(c.text));
-    ASSERT_EQ(got.has_value(), c.ms.has_value()) << c.text;
-    if (got) EXPECT_NEAR(*got, *c.ms, 1e-6) << c.text;
+  for (const auto& [text, ms] : cases) {
+    const auto got = ParseLapTime(QString::fromLatin1(text));
+    ASSERT_EQ(got.has_value(), ms.has_value()) << text;
+    if (got) EXPECT_NEAR(*got, *ms, 1e-6) << text;
   }
 }
 

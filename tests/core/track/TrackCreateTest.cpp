@@ -24,16 +24,13 @@ double Gap(const TrackState& t) {
 }
 
 TEST(TrackCreateTest, LengthBelow101IsRefused) {
-  struct Case {
-    int length;
-    bool accepted;
-  } cases[] = {{100, false}, {101, true}};
-  for (const Case& c : cases) {
+  const std::pair<int, bool> cases[] = {{100, false}, {101, true}};
+  for (const auto& [length, accepted] : cases) {
     BareWorkspace b;
-    Rows(b.ws, 1, c.length, 1000, 0);
+    Rows(b.ws, 1, length, 1000, 0);
     b.Outing().LapNumberBase = 1;
-    EXPECT_EQ(CalculateTrack(b.ws, 0, 2, TrackSettings{}), c.accepted) << c.length;
-    if (!c.accepted) {
+    EXPECT_EQ(CalculateTrack(b.ws, 0, 2, TrackSettings{}), accepted) << length;
+    if (!accepted) {
       EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("Insufficient distance data : Lap (3)"));
       EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Track Map"));
     }
@@ -77,24 +74,20 @@ TEST(TrackCreateTest, SameDistanceMovesNothingButUpdatesTheCornerFlag) {
 }
 
 TEST(TrackCreateTest, SegmentsFollowTheCornerFlags) {
-  struct Case {
-    std::vector<int16_t> flags;
-    int16_t first_kind;
-    std::vector<int32_t> starts;
-  } cases[] = {
+  const std::tuple<std::vector<int16_t>, int16_t, std::vector<int32_t>> cases[] = {
       {{0, 0, -1, -1, 0}, 0, {0, 2, 4}},
       {{-1, -1, 0, 0, -1}, 1, {0, 0, 2, 4}},  // entry 0 unused when the lap starts in a corner
       {{0, 0, 0}, 0, {0}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [flags, first_kind, starts] : cases) {
     BareWorkspace b;
-    for (std::size_t i = 0; i < c.flags.size(); ++i) {
-      b.ws.Track.TrackPoints.push_back(TrackPoint{0, 0, 0, c.flags[i], static_cast<int32_t>(i)});
+    for (std::size_t i = 0; i < flags.size(); ++i) {
+      b.ws.Track.TrackPoints.push_back(TrackPoint{0, 0, 0, flags[i], static_cast<int32_t>(i)});
     }
     SaveSegmentData(b.ws);
-    EXPECT_EQ(b.ws.Track.FirstSegmentKind, c.first_kind);
-    EXPECT_EQ(b.ws.Track.SegmentStart, c.starts);
-    EXPECT_EQ(b.ws.Track.SegmentCount, static_cast<int>(c.starts.size()) - 1);
+    EXPECT_EQ(b.ws.Track.FirstSegmentKind, first_kind);
+    EXPECT_EQ(b.ws.Track.SegmentStart, starts);
+    EXPECT_EQ(b.ws.Track.SegmentCount, static_cast<int>(starts.size()) - 1);
   }
 }
 

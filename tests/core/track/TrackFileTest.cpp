@@ -187,12 +187,9 @@ TEST(TrackFileTest, TrackDataRewritesTheHeaderOnly) {
 TEST(TrackFileTest, MapNamesStayInsideTheTrackDirectory) {
   BareWorkspace b;
   b.ws.Paths.TrackDirectory = QStringLiteral("/maps");
-  struct Case {
-    const char* name;
-    const char* path;
-  } cases[] = {{"Silverstone", "/maps/Silverstone.MAP"}, {"Club.map", "/maps/Club.MAP"}, {" GP ", "/maps/GP.MAP"},
+  const std::pair<const char*, const char*> cases[] = {{"Silverstone", "/maps/Silverstone.MAP"}, {"Club.map", "/maps/Club.MAP"}, {" GP ", "/maps/GP.MAP"},
                {"../../etc/x", ""}, {"a/b", ""}, {"a\\b", ""}, {"C:x", ""}, {"", ""}, {".hidden", ""}};
-  for (const Case& c : cases) EXPECT_EQ(TrackPathFor(b.ws, QString::fromLatin1(c.name)), QString::fromLatin1(c.path)) << c.name;
+  for (const auto& [name, path] : cases) EXPECT_EQ(TrackPathFor(b.ws, QString::fromLatin1(name)), QString::fromLatin1(path)) << name;
 }
 
 }  // namespace

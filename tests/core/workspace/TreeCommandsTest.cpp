@@ -32,25 +32,6 @@ TEST_F(TreeTest, LapCommandsRefuseUnderEntireOuting) {
   EXPECT_TRUE(host.asked.empty());
 }
 
-TEST_F(TreeTest, NewOutingCarriesTheChannelsInForce) {
-  host.files.push_back({First()});
-  ASSERT_TRUE(tree.AddAnotherOuting());
-  const OutingRec& first = Outing(0);
-  ASSERT_GT(first.Channels.size(), 6u);
-  host.channels.push_back({3, 6});
-  ASSERT_TRUE(tree.AddAnotherChannel());
-  EXPECT_EQ(ChannelsOnLap(first, first.CurLap), (std::vector<int>{0, 3, 6}));
-
-  Folder().LapsDisplayed = 255;  // a whole outing starts at lap 0
-  host.files.push_back({Second()});
-  ASSERT_TRUE(tree.AddAnotherOuting());
-  const OutingRec& second = Outing(1);
-  EXPECT_EQ(second.CurLap, 0);
-  std::vector<int> keys;
-  for (int c : ChannelsOnLap(second, 0)) keys.push_back(second.Channels[static_cast<std::size_t>(c)].Key);
-  EXPECT_EQ(keys, (std::vector<int>{first.Channels[0].Key, first.Channels[3].Key, first.Channels[6].Key}));
-}
-
 TEST_F(TreeTest, FolderTabsStopAtFifteen) {
   host.tab_count = 15;
   host.texts.push_back(QStringLiteral("Wet"));
@@ -177,23 +158,6 @@ TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
   for (const OutingRec* o : {&Outing(0), &Outing(1), &Outing(0, 1)}) {
     EXPECT_EQ(ChannelsOnLap(*o, o->CurLap), std::vector<int>{5});
   }
-}
-
-TEST_F(TreeTest, LapSelectListsLapsWithTheirMarks) {
-  LoadBoth();
-  host.laps.push_back({});
-  tree.AddAnotherLap();
-  const OutingRec& o = Outing(1);
-  const auto& rows = host.lap_rows;
-  ASSERT_EQ(static_cast<int>(rows.size()), o.LastLap);
-  EXPECT_EQ(rows.front().Info, "Out");
-  EXPECT_EQ(rows.back().Info, "In");
-  EXPECT_EQ(rows[static_cast<std::size_t>(o.FastLap)].Info, "Fast");
-  EXPECT_EQ(rows[1].Number, QString::asprintf(" %03d", o.LapNumberBase + 1));
-  // A flying lap of the circuit: a mean speed a racing car does, in the outing's units.
-  const double speed = rows[static_cast<std::size_t>(o.FastLap)].Speed.toDouble();
-  EXPECT_GT(speed, 80.0);
-  EXPECT_LT(speed, 300.0);
 }
 
 TEST_F(TreeTest, DeletingAFolderMovesTheFoldersBehindItDown) {
