@@ -152,32 +152,4 @@ TEST(ScaleSamples, DistanceStartsAtTheLapsExactStart) {
   }
 }
 
-TEST(LoadChannelCalibrations, FromTheHeaderByKey) {
-  BareWorkspace b;
-  OutingHeader& h = b.ws.OutingHdr;
-  h.InputCalibrations[5] = {4, 0.25f, 2, {10, 20, 30}, {1, 2, 3}, 0.5f, 1.5f, 2.5f};
-  h.EcuCalibrations[2] = {0.1f, -40, 1};
-  h.EcuCalibrations[3] = {2, 1, 0};
-  h.LinearCalibrations[1] = {0.01f, 3};
-  h.ExpansionMap[3].Key = 5;
-  OutingRec& o = b.Outing();
-  const uint16_t keys[] = {5, 130, 131, 225, 115, 80};
-  o.LoggedCount = static_cast<int16_t>(std::size(keys));
-  o.Channels.resize(std::size(keys));
-  for (std::size_t i = 0; i < std::size(keys); ++i) o.Channels[i].Key = keys[i];
-  LoadChannelCalibrations(b.ws, 0);
-  auto cal = [&](int i) {
-    const ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
-    return std::vector<double>{double(c.CalType), double(c.CalPoints), c.CalOffset, double(c.CalX[2]), c.CalY[2],
-                               c.CalCoefA, c.CalCoefB, c.CalCoefC, double(c.Security)};
-  };
-  const std::vector<double> input5 = {4, 2, 0.25, 30, 3, 0.5, 1.5, 2.5, 0};
-  EXPECT_EQ(cal(0), input5);
-  EXPECT_EQ(cal(4), input5) << "the expansion slot takes the input it names";
-  EXPECT_EQ(cal(1), (std::vector<double>{0, 0, 0, 0, 0, 0, double{0.1f}, -40, -1}));
-  EXPECT_EQ(cal(2), (std::vector<double>{0, 0, 0, 0, 0, 0, 2, 1, 0}));
-  EXPECT_EQ(cal(3), (std::vector<double>{0, 0, 0, 0, 0, 0, double{0.01f}, 3, 0}));
-  EXPECT_EQ(cal(5), std::vector<double>(9, 0.0)) << "a built-in channel has no calibration";
-}
-
 }  // namespace

@@ -226,28 +226,6 @@ class MathOverDemo : public ::testing::Test {
 };
 TestHome* MathOverDemo::home_ = nullptr;
 
-TEST_F(MathOverDemo, DeltaAgainstTheDatumLap) {
-  Define({"Speed_Delta[001] =  Delta SYSTEM SPEED", "Time_Delta[002] =  Delta TIME"});
-  // No Datum: all 0.
-  for (float v : Fetch(Math(0))) ASSERT_EQ(v, 0.0f);
-  for (float v : Fetch(Math(1))) ASSERT_EQ(v, 0.0f);
-
-  // Datum: lap 1 of the second outing. Same channel, same rate: a plain difference.
-  FolderRec& folder = ws().FolderTable[0];
-  folder.DatumOuting = 1;
-  folder.DatumLap = 1;
-  ResetDeltaMathChannels(ws());
-  const int speed = Index("SYSTEM SPEED");
-  const std::vector<float>& mine = Fetch(speed);
-  const std::vector<float>& datum = Fetch(Index("SYSTEM SPEED", 1), 1, 1);
-  const std::vector<float>& delta = Fetch(Math(0));
-  for (std::size_t j = 0; j + 1 < delta.size() && j < datum.size(); ++j) ASSERT_EQ(delta[j], mine[j] - datum[j]) << j;
-
-  // Time behind the Datum (its values: MathDelta above) is smoothed.
-  Fetch(Math(1));
-  EXPECT_EQ(Outing().Channels[static_cast<std::size_t>(Math(1))].FilterKind, 1);
-}
-
 // A chain M1 = speed, Mk = M(k-1) + 1: nine levels evaluate; the tenth finds zeros at the
 // ninth level's reference, comes up one operand short and reads as zeros.
 TEST_F(MathOverDemo, NineLevelsNestAndTheTenthFails) {

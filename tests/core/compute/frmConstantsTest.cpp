@@ -103,26 +103,6 @@ struct LoadedHome {
   frmConstants f;
 };
 
-TEST(frmConstantsSave, OutingValuesSurviveAReloadAndReachTheFormula) {
-  LoadedHome h;
-  EXPECT_EQ(h.Factor(0), "0.748000");
-  ASSERT_TRUE(h.f.optOuting_Click(h.ws()));
-  EXPECT_EQ(h.f.lblTable(), "Outing : OUT0.DAT - " + h.home.Outing(0).DateText);
-  h.f.SetValue(1, QStringLiteral("0.75"));
-  h.f.SetValue(2, QStringLiteral("2.9!link"));  // an outing keeps the number only
-  EXPECT_FALSE(h.f.AddConstant(h.ws(), QStringLiteral("Tyre Pressure"), QStringLiteral("1")));  // global rows only
-  ASSERT_TRUE(h.f.SaveChanges(h.ws()));
-  EXPECT_EQ(h.f.Row(2).Value, "2.9");  // read back from the file
-  EXPECT_EQ(h.Factor(0), "0.750000");
-  EXPECT_EQ(h.ws().GlobalConstants[1].Value, "0.745");  // the global table is not touched
-  ASSERT_EQ(h.home.messages.entries.size(), 1u);        // the refused name only
-
-  h.home.Outing(0).Loaded = 0;  // as if it was closed and loaded again
-  ASSERT_TRUE(h.home.Load(0, h.home.Path(QStringLiteral("OUT0.DAT"))));
-  EXPECT_EQ(h.Table(0), (std::vector<QString>{"Brake Bias=57.5", "Fuel Density=0.75", "Wheelbase=2.9"}));
-  EXPECT_EQ(h.Factor(0), "0.750000");
-}
-
 TEST(frmConstantsSave, GlobalSaveReachesLoadedOutingsAndLeavingAsks) {
   LoadedHome h;
   h.f.SetValue(1, QStringLiteral("0.8"));
