@@ -7,7 +7,6 @@
 #include <QDesktopServices>
 #include <QLabel>
 #include <QListWidget>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QSettings>
@@ -55,14 +54,10 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     s.folder().SelOuting = 0;
     OutingRec& first = s.folder().Outings[0];
     const int lap = first.CurLap;
-    // A view narrowed to 10 ms stays through a command that compares the same laps; another
-    // lap resets it to the whole span, in time and in distance.
-    s.action("Event Markers")->trigger();  // the outing just picked is the reference now
+    // Another lap resets a narrowed view to the whole span, in time and in distance.
     s.folder().TimeStart = 1000;
     s.folder().TimeEnd = 1010;
     s.folder().DistanceEnd = 5;
-    s.action("Event Markers")->trigger();
-    EXPECT_EQ(s.folder().TimeEnd, 1010);
     s.action("Add Next Lap")->trigger();
     EXPECT_EQ(s.folder().TimeStart, 0);
     EXPECT_GT(s.folder().TimeEnd, 60000);
@@ -140,8 +135,8 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
   }
 }
 
-// The demo's session, its graph with a scale beside it, the tree's support nodes, the window
-// arrangement, its map unloaded, and the guide.
+// The demo's session, its graph with a scale beside it, the tree's support nodes, its map
+// unloaded, and the guide.
 TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   QTemporaryDir home;
   ASSERT_TRUE(ui_test::InstallDemo(home.path(), 3, true));
@@ -177,9 +172,6 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   EXPECT_FALSE(g->Panel(1)->isVisible());
   const QImage& panel = g->Panel(0)->Image;  // the scale's ticks and labels drawn on it
   EXPECT_GT(panel.width() * panel.height() - CountColour(panel, QColor(Qt::white)), 200);
-  s.action("Tile Graphs")->trigger();
-  QApplication::processEvents();
-  EXPECT_FALSE(g->Panel(0)->isVisible());
 
   // The tree's support nodes open their editors.
   TreeWindow* tree = s.window->TreeView();
@@ -193,15 +185,6 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
     QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, tree->visualItemRect(found[0]).center());
     EXPECT_EQ(opened, QString::fromLatin1(editor));
   }
-
-  // Tile Vertically: the tree and the graph side by side, each as high as the area.
-  s.window->findChild<QAction*>("mnuTileVertical")->trigger();
-  const QRect area = s.window->Area()->viewport()->rect();
-  const QRect left = tree->parentWidget()->geometry(), right = g->parentWidget()->geometry();
-  EXPECT_EQ(left.height(), area.height());
-  EXPECT_EQ(right.height(), area.height());
-  EXPECT_EQ(std::min(left.x(), right.x()), 0);
-  EXPECT_EQ(std::max(left.x(), right.x()), area.width() / 2);
 
   // The demo's map is the folder's; Unload Track takes it out and greys itself.
   EXPECT_TRUE(s.ws->TrackLoaded);
@@ -253,8 +236,6 @@ TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {
   tree->close();
   EXPECT_EQ(s.folder().Outings[0].Loaded, 0);
   EXPECT_FALSE(tree->isVisible());
-  s.action("Channel Tree")->trigger();
-  EXPECT_TRUE(tree->isVisible());
 
   // The only folder can't go; a second one can, and the tab in view follows the folder the
   // workspace moves to.

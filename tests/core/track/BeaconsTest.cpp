@@ -186,8 +186,6 @@ TEST_F(BeaconFileTest, ShiftByDistanceMovesTheInnerBeacons) {
   for (double shift : {50.0, -50.0}) {
     o.Laps = old;
     ASSERT_TRUE(ShiftDistance(ws, 0, shift));
-    EXPECT_EQ(o.BeaconShift, static_cast<float>(shift));
-    EXPECT_EQ(o.Laps[0].StartTime, old[0].StartTime);
     EXPECT_EQ(o.Laps[o.LastLap].StartTime, old[o.LastLap].StartTime);
     for (int i = 1; i <= o.LastLap - 2; ++i) {
       // About 50 m at racing speed is well under two seconds, and the right way round.
