@@ -114,12 +114,12 @@ TEST(MathCompiler, FailedCompileLeavesThePreviousCount) {
       {"129 tokens fit", ones(65), 129},
       {"131 tokens don't", ones(66), 7},
   };
-  for (const auto& [what, bound, count] : cases) {
+  for (const auto& [what, bound, expected] : cases) {
     Compiler c(kThreeChannels);
     c.SetPreviousCount(7);
     int count = -1;
     c.Compile(bound, count);
-    EXPECT_EQ(count, count) << what;
+    EXPECT_EQ(count, expected) << what;
     EXPECT_TRUE(c.b.messages.entries.empty()) << what;
   }
   // A fresh outing has no previous compile: nothing to evaluate.

@@ -94,12 +94,8 @@ TEST(MathOperators, DerivAndIntegKeepTheirTail) {
 // ---- Rates ----
 
 TEST(MathRates, LowestRateOfTheOperandsInTwoPasses) {
-  struct Case {
-    std::vector<QString> bound;
-    std::vector<float> expected;
-  };
   // Channels 0..2 are logged at 100 Hz, 10 Hz and not at all; 3..5 are derived; math from 6.
-  const Case cases[] = {
+  const std::pair<std::vector<QString>, std::vector<float>> cases[] = {
       {{"$000 + $001"}, {0.01f}},
       {{"3 + 4"}, {0.001f}},
       {{"$000 * $002"}, {0}},  // an operand without samples
@@ -107,18 +103,18 @@ TEST(MathRates, LowestRateOfTheOperandsInTwoPasses) {
       {{"@007", "$000"}, {0.1f, 0.1f}},  // a later one naming logged channels is rated in the first pass
       {{"$999"}, {0}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [bound, expected] : cases) {
     BareWorkspace b;
     OutingRec& o = b.Outing();
     o.LoggedCount = 3;
-    o.Channels.resize(6 + c.bound.size() + 1);
+    o.Channels.resize(6 + bound.size() + 1);
     o.Channels[0].Rate = 0.1f;
     o.Channels[1].Rate = 0.01f;
     b.ws.MathDefs.assign(kMathDefRows, MathDefRec{});
-    b.ws.MathCount = static_cast<int>(c.bound.size());
-    for (std::size_t i = 0; i < c.bound.size(); ++i) b.ws.MathDefs[i].BoundText = c.bound[i];
+    b.ws.MathCount = static_cast<int>(bound.size());
+    for (std::size_t i = 0; i < bound.size(); ++i) b.ws.MathDefs[i].BoundText = bound[i];
     CalcMathRates(b.ws, 0);
-    for (std::size_t i = 0; i < c.expected.size(); ++i) EXPECT_EQ(o.Channels[6 + i].Rate, c.expected[i]) << c.bound[i].toStdString();
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(o.Channels[6 + i].Rate, expected[i]) << bound[i].toStdString();
   }
 }
 
