@@ -26,17 +26,13 @@ TEST(PlotFormats, NumbersAsTheWindowsShowThem) {
   for (const auto& [ms, text] : times) EXPECT_EQ(FormatTime(ms), text) << ms;
 
   ChannelRec c;
-  const struct {
-    uint16_t decimals;
-    double value;
-    const char* text;
-  } fixed[] = {{2, 3.14159, "3.14 "}, {0, -2.6, "-3"}, {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
+  const std::tuple<uint16_t, double, const char*> fixed[] = {{2, 3.14159, "3.14 "}, {0, -2.6, "-3"}, {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
                {2, 0.125, "0.12 "},  {2, 0.375, "0.38 "}, {0, 2.5, "2 "},    {1, -0.25, "-0.2"}};
-  for (const auto& f : fixed) {
-    c.Decimals = f.decimals;
-    c.FftDecimals = f.decimals;
-    EXPECT_EQ(FormatChannelValue(c, f.value), f.text) << f.value;
-    EXPECT_EQ(FormatFftValue(c, f.value), f.text) << f.value;
+  for (const auto& [decimals, value, text] : fixed) {
+    c.Decimals = decimals;
+    c.FftDecimals = decimals;
+    EXPECT_EQ(FormatChannelValue(c, value), text) << value;
+    EXPECT_EQ(FormatFftValue(c, value), text) << value;
   }
 }
 
@@ -225,18 +221,15 @@ TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
   EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 1), 1004);  // the first lap compared: the channel's colour
   EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 0), 1009);
   LapRec& lap = b.Outing(3).Laps[0];
-  const struct {
-    int16_t lap_color, channel_color;
-    int expected;
-  } cases[] = {
+  const std::tuple<int16_t, int16_t, int> cases[] = {
       {-1, -1, 1007},  // the second lap compared: 4 + 3
       {-1, 8, 1008},   // the trace's own colour
       {12, 7, 1012},   // the lap's own colour over all
   };
-  for (const auto& c : cases) {
-    lap.LapColor = c.lap_color;
-    lap.LapChannels[1].Color = c.channel_color;
-    EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), c.expected);
+  for (const auto& [lap_color, channel_color, expected] : cases) {
+    lap.LapColor = lap_color;
+    lap.LapChannels[1].Color = channel_color;
+    EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), expected);
   }
   // Never the background's colour: the next one.
   lap.LapColor = lap.LapChannels[1].Color = -1;

