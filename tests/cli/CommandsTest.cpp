@@ -121,18 +121,15 @@ QString OddOuting(TestHome& home, int32_t end_ms, const QString& version = QStri
 QStringList Home(TestHome& home) { return {QStringLiteral("--home"), home.Path(QString())}; }
 
 TEST(OutingCommandLine, OddChannelsAreWarningsAndEveryLapRowIsListed) {
-  const struct {
-    int32_t end_ms;
-    std::size_t rows;  // LastLap + 1: the closing row too
-  } cases[] = {{10000, 2}, {400, 1}};
-  for (const auto& c : cases) {
+  const std::pair<int32_t, std::size_t> cases[] = {{10000, 2}, {400, 1}};
+  for (const auto& [end_ms, rows] : cases) {
     TestHome home;
-    const Outcome r = Orlan(QStringList{"info", "--json", OddOuting(home, c.end_ms)} + Home(home));
+    const Outcome r = Orlan(QStringList{"info", "--json", OddOuting(home, end_ms)} + Home(home));
     ASSERT_EQ(r.exit_code, 0) << r.err;
     const auto j = nlohmann::json::parse(r.out);
     EXPECT_EQ(j["Warnings"].size(), 2u) << j["Warnings"].dump();
     ASSERT_TRUE(j.contains("Outing")) << "the outing loads";
-    EXPECT_EQ(j["Outing"]["Laps"].size(), c.rows) << c.end_ms;
+    EXPECT_EQ(j["Outing"]["Laps"].size(), rows) << end_ms;
   }
 }
 
@@ -183,21 +180,18 @@ TEST(PlotCommandLine, OneLapWhateverTheWindowsShow) {
   ASSERT_EQ(info.exit_code, 0) << info.err;
   const int lap_ms = nlohmann::json::parse(info.out)["Outing"]["Laps"][1]["LapTime"].get<int>();
 
-  const struct {
-    QStringList args;
-    int start, end;  // the view, ms
-  } views[] = {
+  const std::tuple<QStringList, int, int> views[] = {
       {{"xy", outing, "--lap", "1", "--y", "THROTTLE"}, 0, lap_ms},
       {{"histogram", outing, "--lap", "1", "--channel", "THROTTLE"}, 0, lap_ms},
       {{"histogram", outing, "--lap", "1", "--channel", "THROTTLE", "--start", "3.5", "--end", "1001.5"}, 4, 1002},
   };
-  for (const auto& v : views) {
-    const Outcome r = Orlan(v.args + QStringList{"--json"} + at_home);
+  for (const auto& [args, start, end] : views) {
+    const Outcome r = Orlan(args + QStringList{"--json"} + at_home);
     ASSERT_EQ(r.exit_code, 0) << r.err;
     const auto j = nlohmann::json::parse(r.out);
-    EXPECT_EQ(j["TimeStart"], v.start) << v.args.join(' ').toStdString();
-    EXPECT_EQ(j["TimeEnd"], v.end) << v.args.join(' ').toStdString();
-    if (v.args[0] != "xy") continue;
+    EXPECT_EQ(j["TimeStart"], start) << args.join(' ').toStdString();
+    EXPECT_EQ(j["TimeEnd"], end) << args.join(' ').toStdString();
+    if (args[0] != "xy") continue;
     // The window's 32-bit fit, not a double beside it.
     for (const char* field : {"Slope", "Intercept", "Correlation"}) {
       const double value = j[field].get<double>();

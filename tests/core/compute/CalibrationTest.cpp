@@ -128,27 +128,22 @@ TEST(ScaleSamples, AnalogueByCalibrationType) {
 
 TEST(ScaleSamples, DistanceStartsAtTheLapsExactStart) {
   const std::vector<int16_t> raw = {1000, 1010, 1030, 1060};
-  struct Case {
-    int key;
-    int32_t start;  // at 0.5 samples a ms
-    float scale;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::tuple<int, int32_t, float, std::vector<float>> cases[] = {
       {70, 1234, 1.0f, {1000, 1010, 1030, 1060}},  // on a sample: unchanged
       {70, 1235, 1.0f, {1005, 1015, 1035, 1065}},  // half a sample in
       {70, 1235, 2.0f, {1005, 1025, 1065, 1125}},  // stretched from the first sample
       {112, 1235, 1.0f, {1005, 1015, 1035, 1065}},  // an expansion slot naming the distance
   };
-  for (const Case& k : cases) {
+  for (const auto& [key, start, scale, expected] : cases) {
     const std::vector<float> got = Scale(
         [&](OutingRec& o, ChannelRec& c) {
-          c.Key = static_cast<uint16_t>(k.key);
+          c.Key = static_cast<uint16_t>(key);
           o.ExpansionMap[0].Key = 70;
-          o.Laps[0].StartTime = k.start;
-          o.Laps[0].DistanceScale = k.scale;
+          o.Laps[0].StartTime = start;
+          o.Laps[0].DistanceScale = scale;
         },
         raw);
-    EXPECT_EQ(got, k.expected) << k.key << " " << k.start << " " << k.scale;
+    EXPECT_EQ(got, expected) << key << " " << start << " " << scale;
   }
 }
 

@@ -124,12 +124,7 @@ TEST_F(OutingConstantsFile, SaveOfAnOutingThatIsGoneSaysSo) {
 }
 
 TEST(OutingConstants, LinksAndNumbers) {
-  struct Case {
-    const char* value;
-    bool link;
-    const char* resolved;
-    double number;
-  } cases[] = {
+  const std::tuple<const char*, bool, const char*, double> cases[] = {
       {"57.5", false, "57.5", 57.5},
       {"Book1!R1C1", true, "0", 0},  // no link service here: an unreachable link reads as 0
       {"!12", false, "!12", 0},  // the mark must stand at the second character or later
@@ -139,11 +134,11 @@ TEST(OutingConstants, LinksAndNumbers) {
       {"- 5", false, "- 5", 0},
       {"", false, "", 0},
   };
-  for (const Case& k : cases) {
-    const QString value = QString::fromLatin1(k.value);
-    EXPECT_EQ(IsConstantLink(value), k.link) << k.value;
-    EXPECT_EQ(ResolveConstantLink(value), k.resolved) << k.value;
-    EXPECT_EQ(LeadingNumber(value), k.number) << k.value;
+  for (const auto& [text, link, resolved, number] : cases) {
+    const QString value = QString::fromLatin1(text);
+    EXPECT_EQ(IsConstantLink(value), link) << text;
+    EXPECT_EQ(ResolveConstantLink(value), resolved) << text;
+    EXPECT_EQ(LeadingNumber(value), number) << text;
   }
   EXPECT_EQ(ConstantValueText(0.748f), "0.748");
   EXPECT_EQ(ConstantValueText(58.5f), "58.5");

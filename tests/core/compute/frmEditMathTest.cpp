@@ -72,26 +72,21 @@ TEST(frmEditMath, ValidateStringNormalisesOrWarns) {
 }
 
 TEST(frmEditMath, NewAndRenamedNamesAreChecked) {
-  struct Case {
-    const char* typed;
-    const char* stored;  // nullptr: refused
-    const char* message;
-    const char* title;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
       {"Slip,1", nullptr, "Illegal character in channel name", "Check String"},
       {"X   ", nullptr, "Math channel names must be at least 2 characters", "New Math"},
       {"rear slip", nullptr, "Math channel name already in use !", "Math Name"},  // becomes Rear_Slip
       {"  Brake Split  ", "Brake_Split", "", ""},
       {"An extremely long channel name that will not fit", "An_extremely_long_channel_name_t", "", ""},
   };
-  for (const Case& k : cases) {
-    const QString typed = QString::fromLatin1(k.typed);
+  for (const auto& [name, stored, message, title] : cases) {
+    const QString typed = QString::fromLatin1(name);
     Editor e({"Rear_Slip[001] = A", "Roll[007] = B"});
-    EXPECT_EQ(e.f.mnuDefineNew(e.ws(), typed), k.stored != nullptr) << k.typed;
-    EXPECT_EQ(e.f.StatusName(), QStringLiteral("Name : ") + (k.stored ? k.stored : "Rear_Slip")) << k.typed;
-    EXPECT_EQ(e.f.StatusID(), k.stored ? "ID : 008" : "ID : 001") << k.typed;
-    EXPECT_EQ(e.Last().text, k.message) << k.typed;
-    EXPECT_EQ(e.Last().title, k.title) << k.typed;
+    EXPECT_EQ(e.f.mnuDefineNew(e.ws(), typed), stored != nullptr) << name;
+    EXPECT_EQ(e.f.StatusName(), QStringLiteral("Name : ") + (stored ? stored : "Rear_Slip")) << name;
+    EXPECT_EQ(e.f.StatusID(), stored ? "ID : 008" : "ID : 001") << name;
+    EXPECT_EQ(e.Last().text, message) << name;
+    EXPECT_EQ(e.Last().title, title) << name;
   }
   // A rename goes through the same tests; a row may keep its own name in another case.
   Editor e({"Roll[007] = B", "Slip[008] = A"});

@@ -51,26 +51,23 @@ TEST(Centreline, EveryMeasuredCircuitReadsWithItsPointCountAndLength) {
 // (Silverstone ~1:39, Spielberg ~1:14, Hockenheim ~1:26), beacons on the line through the origin.
 TEST(LapSimulator, LapsHaveTheCircuitsLengthAndARealisticTime) {
   const auto refs = ReadReferences();
-  const struct {
-    const char* name;
-    double min_lap_s, max_lap_s;
-  } circuits[] = {{"Silverstone", 92, 106}, {"Spielberg", 69, 80}, {"Hockenheim", 78, 90}};
-  for (const auto& c : circuits) {
-    SCOPED_TRACE(c.name);
+  const std::tuple<const char*, double, double> circuits[] = {{"Silverstone", 92, 106}, {"Spielberg", 69, 80}, {"Hockenheim", 78, 90}};
+  for (const auto& [name, min_lap_s, max_lap_s] : circuits) {
+    SCOPED_TRACE(name);
     Centreline line;
-    ASSERT_TRUE(ReadDrivenLine(kShippedTracks, c.name, line));
+    ASSERT_TRUE(ReadDrivenLine(kShippedTracks, name, line));
     SimulationOptions options;
     options.flying_laps = 3;
     const SimulatedOuting o = SimulateOuting(line, CarModel{}, options);
-    const double length = refs.at(c.name).RacelineM;
+    const double length = refs.at(name).RacelineM;
     ASSERT_EQ(o.LapTimesMs.size(), 3u);
     ASSERT_EQ(o.BeaconTimesMs.size(), 4u);
     for (int l = 0; l < 3; ++l) {
       const int from = o.BeaconTimesMs[l], to = o.BeaconTimesMs[l + 1];
       EXPECT_EQ(o.LapTimesMs[l], to - from);
       EXPECT_NEAR(o.DistanceM[to] - o.DistanceM[from], length, 0.005 * length);
-      EXPECT_GT(o.LapTimesMs[l], c.min_lap_s * 1000);
-      EXPECT_LT(o.LapTimesMs[l], c.max_lap_s * 1000);
+      EXPECT_GT(o.LapTimesMs[l], min_lap_s * 1000);
+      EXPECT_LT(o.LapTimesMs[l], max_lap_s * 1000);
       EXPECT_LT(std::hypot(o.XM[from], o.YM[from]), 15.0);
     }
     EXPECT_EQ(o.FastLapIndex, std::min_element(o.LapTimesMs.begin(), o.LapTimesMs.end()) - o.LapTimesMs.begin());

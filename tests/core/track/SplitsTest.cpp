@@ -83,18 +83,15 @@ TEST(SplitsTest, UserDistances) {
   EXPECT_FALSE(d.LeaveBox(0, 0.4));
   EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("D1 split distance cannot be a zero."));
   EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("User Splits"));
-  struct Case {
-    std::array<double, 8> boxes;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::pair<std::array<double, 8>, std::vector<float>> cases[] = {
       {{1000, 2000, 3000, 5000, 0, 0, 0, 0}, {1000, 2000, 3000, 4000, 4000}},  // 5000 capped, then 0 ends it
       {{1000, 800, 3000, 0, 0, 0, 0, 0}, {1000, 4000}},
       {{500.5, 1000, 1500, 2000, 2500, 3000, 3500, 3999.6}, {500, 1000, 1500, 2000, 2500, 3000, 3500, 4000}},
   };
-  for (const Case& c : cases) {
-    for (int k = 0; k < 8; ++k) ASSERT_TRUE(d.LeaveBox(k, c.boxes[static_cast<std::size_t>(k)]));
-    EXPECT_EQ(d.cmdOK(), c.expected);
-    EXPECT_EQ(b.Outing().UserSplits, c.expected);
+  for (const auto& [boxes, expected] : cases) {
+    for (int k = 0; k < 8; ++k) ASSERT_TRUE(d.LeaveBox(k, boxes[static_cast<std::size_t>(k)]));
+    EXPECT_EQ(d.cmdOK(), expected);
+    EXPECT_EQ(b.Outing().UserSplits, expected);
   }
 }
 

@@ -41,22 +41,17 @@ TEST(TrackCreateTest, LengthBelow101IsRefused) {
 // back to the start, without them the lap overshoots.
 TEST(TrackCreateTest, ClosingPassesCloseACircle) {
   const float rate_deg_s = static_cast<float>(10.0 / 100.0 * 180 / M_PI * 1.03);  // 3% over
-  struct Case {
-    bool closed;
-    bool invert;
-    double max_gap;
-    double min_gap;
-  } cases[] = {{true, true, 1.5, 0}, {true, false, 1.5, 0}, {false, true, 1e9, 10}};
-  for (const Case& c : cases) {
+  const std::tuple<bool, bool, double, double> cases[] = {{true, true, 1.5, 0}, {true, false, 1.5, 0}, {false, true, 1e9, 10}};
+  for (const auto& [closed, invert, max_gap, min_gap] : cases) {
     BareWorkspace b;
-    Rows(b.ws, 63, 10, 1000, c.invert ? rate_deg_s : -rate_deg_s);
+    Rows(b.ws, 63, 10, 1000, invert ? rate_deg_s : -rate_deg_s);
     TrackSettings s;
     s.CreateMode = 1;
-    s.Closed = c.closed;
-    s.Invert = c.invert;
+    s.Closed = closed;
+    s.Invert = invert;
     ASSERT_TRUE(CalculateTrack(b.ws, 0, 1, s));
-    EXPECT_LT(Gap(b.ws.Track), c.max_gap) << c.closed << c.invert;
-    EXPECT_GT(Gap(b.ws.Track), c.min_gap) << c.closed << c.invert;
+    EXPECT_LT(Gap(b.ws.Track), max_gap) << closed << invert;
+    EXPECT_GT(Gap(b.ws.Track), min_gap) << closed << invert;
     // A circle of radius 100 spans 200 units whichever way it turns.
     EXPECT_NEAR(b.ws.Track.TrackMaxX - b.ws.Track.TrackMinX, 200, 8);
   }
