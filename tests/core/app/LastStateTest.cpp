@@ -35,7 +35,6 @@ void Forget(Workspace& ws) {
 
 TEST(LastState, FoldersComeBackWithTheirLapsChannelsDatumAndView) {
   TestHome home;
-  ASSERT_TRUE(home.started);
   const DemoOuting a = MakeDemoOuting("SILV0101.DAT", home.Path(""), 3);
   const DemoOuting b = MakeDemoOuting("SILV0102.DAT", home.Path(""), 3);
   Workspace& ws = home.ws();

@@ -178,7 +178,6 @@ class MathOverDemo : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     home_ = new TestHome;
-    ASSERT_TRUE(home_->started);
     ASSERT_TRUE(home_->Load(0, SharedDemoOuting("SILV0101.DAT", 2).path));
     ASSERT_TRUE(home_->Load(1, SharedDemoOuting("SILV0102.DAT", 2).path));
   }

@@ -16,7 +16,6 @@ class DemoFetch : public ::testing::Test {
   static void SetUpTestSuite() {
     home_ = new TestHome;
     outings_ = new std::vector<DemoOuting>;
-    ASSERT_TRUE(home_->started);
     for (const char* file : {"SILV0101.DAT", "HOCK0301.DAT", "SPIE0201.DAT", "SILV0103.CNV"}) {
       outings_->push_back(SharedDemoOuting(QString::fromLatin1(file), 2));
       ASSERT_TRUE(home_->Load(static_cast<int>(outings_->size()) - 1, outings_->back().path)) << file;

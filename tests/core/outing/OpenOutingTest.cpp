@@ -65,7 +65,6 @@ TEST(OpenOuting, HeaderFieldsOfALoadedOuting) {
 
 TEST(OpenOuting, DescriptorFileWithoutTheKeyedRecordsEndsTheLoad) {
   TestHome home(100);
-  ASSERT_TRUE(home.started);
   OutingHeader h = SmallHeader(5990);
   const QString path = home.Path("SHORTDSC.DAT");
   ASSERT_TRUE(WriteOuting(path, h, {Block(68, 3, 2, Ramp(600, 0, 10))}));
