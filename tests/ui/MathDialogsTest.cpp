@@ -114,7 +114,8 @@ TEST(MathDialogs, AFormulaTypedInTheEditorIsCompiledFetchedAndDrawn) {
   EXPECT_EQ(o.Channels[static_cast<std::size_t>(math)].Key, 1031);
   EXPECT_EQ(o.Channels[static_cast<std::size_t>(math)].Rate, o.Channels[static_cast<std::size_t>(lat)].Rate);
   GetChannelData(*s.ws, 0, o.CurLap, math);
-  EXPECT_GT(o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels[static_cast<std::size_t>(math)].Samples.size(), 1000u);
+  EXPECT_GT(o.Laps[static_cast<std::size_t>(o.CurLap)].LapChannels[static_cast<std::size_t>(math)].Samples.size(),
+            1000u);
 
   // On the lap it is drawn under its name.
   s.host->channels = {math};

@@ -67,7 +67,8 @@ inline bool InstallDemo(const QString& home, int laps, bool session) {
   RecordingMessages messages;
   DemoResult made;
   QString error;
-  const bool ok = CreateDemoInstallation(home, messages, made, &error, laps) && (!session || WriteDemoSession(home, messages));
+  const bool ok =
+      CreateDemoInstallation(home, messages, made, &error, laps) && (!session || WriteDemoSession(home, messages));
   EXPECT_TRUE(ok) << error.toStdString();
   return ok;
 }

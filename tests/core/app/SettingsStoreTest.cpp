@@ -45,8 +45,8 @@ TEST(SettingsStore, SectionsWithABackslashAreLevelsBelowTheirParent) {
 // Booleans are "True"/"False" as the family writes them; the older programs wrote -1 and 0.
 TEST(SettingsStore, BooleansReadAsTheFamilyWritesThem) {
   // Stored text (nullptr: key absent), default, read.
-  const std::tuple<const char*, bool, bool> cases[] = {{"True", false, true}, {"False", true, false}, {"-1", false, true},
-                                                       {"0", true, false},    {nullptr, true, true}};
+  const std::tuple<const char*, bool, bool> cases[] = {
+      {"True", false, true}, {"False", true, false}, {"-1", false, true}, {"0", true, false}, {nullptr, true, true}};
   QTemporaryDir dir;
   SettingsStore s(dir.path());
   for (const auto& [stored, def, expected] : cases) {

@@ -81,7 +81,8 @@ TEST(Filters, ConstantThroughKernelFilters) {
   EXPECT_LT(y.front(), 90.0);
   EXPECT_LT(y.back(), 90.0);
   // Direct current passes the low-pass and the band-reject, and is stopped by the others.
-  const std::pair<int, double> cases[] = {{2, 100}, {3, 0}, {4, 0}, {5, 100}, {0, 100}, {6, 100}, {-1, 100}};  // other kinds: untouched
+  const std::pair<int, double> cases[] = {{2, 100}, {3, 0},   {4, 0},   {5, 100},
+                                          {0, 100}, {6, 100}, {-1, 100}};  // other kinds: untouched
   for (const auto& [kind, body] : cases) {
     ChannelRec f = Channel(0, 40);
     f.FilterKind = static_cast<int16_t>(kind);
@@ -138,8 +139,9 @@ TEST(Filters, SmoothLooksAheadAndHoldsTheLastSample) {
 }
 
 TEST(frmFilters, CutOffBoxesAreClampedWhenLeft) {
-  const std::pair<const char*, const char*> cases[] = {{"0.04", "0.1"}, {"0.1", "0.1"},   {"0.4", "0.1"}, {"0.5", "0.1"}, {"0.6", "0.6"},
-               {"600", "500"},  {"500.4", "500.4"}, {"500.6", "500"}, {"12.5", "12.5"}, {"-3", "0.1"}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"0.04", "0.1"}, {"0.1", "0.1"},     {"0.4", "0.1"},   {"0.5", "0.1"},   {"0.6", "0.6"},
+      {"600", "500"},  {"500.4", "500.4"}, {"500.6", "500"}, {"12.5", "12.5"}, {"-3", "0.1"}};
   for (const auto& [typed, shown] : cases) {
     frmFilters f;
     f.txtLow = typed;

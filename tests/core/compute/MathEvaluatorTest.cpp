@@ -114,7 +114,8 @@ TEST(MathRates, LowestRateOfTheOperandsInTwoPasses) {
     b.ws.MathCount = static_cast<int>(bound.size());
     for (std::size_t i = 0; i < bound.size(); ++i) b.ws.MathDefs[i].BoundText = bound[i];
     CalcMathRates(b.ws, 0);
-    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(o.Channels[6 + i].Rate, expected[i]) << bound[i].toStdString();
+    for (std::size_t i = 0; i < expected.size(); ++i)
+      EXPECT_EQ(o.Channels[6 + i].Rate, expected[i]) << bound[i].toStdString();
   }
 }
 

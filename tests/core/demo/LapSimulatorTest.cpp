@@ -51,7 +51,8 @@ TEST(Centreline, EveryMeasuredCircuitReadsWithItsPointCountAndLength) {
 // (Silverstone ~1:39, Spielberg ~1:14, Hockenheim ~1:26), beacons on the line through the origin.
 TEST(LapSimulator, LapsHaveTheCircuitsLengthAndARealisticTime) {
   const auto refs = ReadReferences();
-  const std::tuple<const char*, double, double> circuits[] = {{"Silverstone", 92, 106}, {"Spielberg", 69, 80}, {"Hockenheim", 78, 90}};
+  const std::tuple<const char*, double, double> circuits[] = {
+      {"Silverstone", 92, 106}, {"Spielberg", 69, 80}, {"Hockenheim", 78, 90}};
   for (const auto& [name, min_lap_s, max_lap_s] : circuits) {
     SCOPED_TRACE(name);
     Centreline line;

@@ -225,8 +225,8 @@ TEST(HeaderProcessing, DateFromTheLoggerFromVersion619On) {
   const QLocale locale = QLocale::system();
   const QString stamp_text = locale.toString(QDate(2026, 6, 12), QLocale::ShortFormat) + "  03:04:05 " + locale.pmText().toUpper();
   const QString file_text = locale.toString(QDate(2021, 3, 4), QLocale::ShortFormat) + "  08:09:10 " + locale.amText().toUpper();
-  const std::pair<const char*, bool> cases[] = {{"6.1.9", true}, {"6.1.8", false}, {"6.0.9", false}, {"7.0", true},  {"8.2.1", true},
-               {"5.9.9", false}, {"6.2.9", true},  {"6.9.0", false}};
+  const std::pair<const char*, bool> cases[] = {{"6.1.9", true}, {"6.1.8", false}, {"6.0.9", false}, {"7.0", true},
+                                                {"8.2.1", true}, {"5.9.9", false}, {"6.2.9", true},  {"6.9.0", false}};
   for (const auto& [version, stamp] : cases) {
     EXPECT_EQ(OutingDateText(version, ticks, written, false), stamp ? stamp_text : file_text) << version;
   }

@@ -26,8 +26,9 @@ TEST(PlotFormats, NumbersAsTheWindowsShowThem) {
   for (const auto& [ms, text] : times) EXPECT_EQ(FormatTime(ms), text) << ms;
 
   ChannelRec c;
-  const std::tuple<uint16_t, double, const char*> fixed[] = {{2, 3.14159, "3.14 "}, {0, -2.6, "-3"}, {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
-               {2, 0.125, "0.12 "},  {2, 0.375, "0.38 "}, {0, 2.5, "2 "},    {1, -0.25, "-0.2"}};
+  const std::tuple<uint16_t, double, const char*> fixed[] = {
+      {2, 3.14159, "3.14 "}, {0, -2.6, "-3"},     {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
+      {2, 0.125, "0.12 "},   {2, 0.375, "0.38 "}, {0, 2.5, "2 "},   {1, -0.25, "-0.2"}};
   for (const auto& [decimals, value, text] : fixed) {
     c.Decimals = decimals;
     c.FftDecimals = decimals;

@@ -167,7 +167,8 @@ TEST(frmXYPlot, MarksInTwips) {
   plot.DrawOneXY(0, 0, 0);
   const auto lines = f.surface.Of(DrawOp::Kind::Line);
   ASSERT_EQ(lines.size(), 22u);
-  const std::tuple<std::size_t, double, double> points[] = {{0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
+  const std::tuple<std::size_t, double, double> points[] = {
+      {0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
   for (const auto& [sample, x, y] : points) {
     const DrawOp &up = lines[2 * sample], &across = lines[2 * sample + 1];
     EXPECT_NEAR(up.x1, x, 1e-3) << sample;

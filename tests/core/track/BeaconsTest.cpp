@@ -11,8 +11,9 @@ using namespace test_outings;
 namespace {
 
 TEST(BeaconsTest, LapTimeTexts) {
-  const std::pair<const char*, std::optional<double>> cases[] = {{"1:39.871", 99871}, {"01:39.871", 99871}, {"99.5", 99500}, {"0:5", 5000},
-               {"2:", std::nullopt}, {"abc", std::nullopt}, {"1:x", std::nullopt}};
+  const std::pair<const char*, std::optional<double>> cases[] = {
+      {"1:39.871", 99871},  {"01:39.871", 99871},  {"99.5", 99500},      {"0:5", 5000},
+      {"2:", std::nullopt}, {"abc", std::nullopt}, {"1:x", std::nullopt}};
   for (const auto& [text, ms] : cases) {
     const auto got = ParseLapTime(QString::fromLatin1(text));
     ASSERT_EQ(got.has_value(), ms.has_value()) << text;

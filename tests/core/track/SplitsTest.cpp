@@ -24,7 +24,8 @@ TEST(SplitsTest, EditingTheTable) {
   b.ws.Track.SegmentStart = {0, 300, 600};
   Splits(b.ws, {0, 500});
   frmTrackSplits d(b.ws);
-  const std::tuple<int, double, bool> cases[] = {{10, 1000, true}, {10, 1000.4, false}, {10, 0, false}, {0, 200, false}, {5, 199.6, true}};
+  const std::tuple<int, double, bool> cases[] = {
+      {10, 1000, true}, {10, 1000.4, false}, {10, 0, false}, {0, 200, false}, {5, 199.6, true}};
   for (const auto& [point, value, accepted] : cases) EXPECT_EQ(d.AddNewSplit(point, value), accepted) << value;
   EXPECT_EQ(b.ws.Track.SplitPoints, (std::vector<int32_t>{0, 200, 500, 1000}));
 

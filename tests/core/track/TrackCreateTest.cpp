@@ -41,7 +41,8 @@ TEST(TrackCreateTest, LengthBelow101IsRefused) {
 // back to the start, without them the lap overshoots.
 TEST(TrackCreateTest, ClosingPassesCloseACircle) {
   const float rate_deg_s = static_cast<float>(10.0 / 100.0 * 180 / M_PI * 1.03);  // 3% over
-  const std::tuple<bool, bool, double, double> cases[] = {{true, true, 1.5, 0}, {true, false, 1.5, 0}, {false, true, 1e9, 10}};
+  const std::tuple<bool, bool, double, double> cases[] = {
+      {true, true, 1.5, 0}, {true, false, 1.5, 0}, {false, true, 1e9, 10}};
   for (const auto& [closed, invert, max_gap, min_gap] : cases) {
     BareWorkspace b;
     Rows(b.ws, 63, 10, 1000, invert ? rate_deg_s : -rate_deg_s);

@@ -31,8 +31,9 @@ QByteArray MapBytes(int points, const char* magic, int16_t segments = 2) {
 }
 
 TEST(TrackFileTest, LoadsEveryPointAndTheTables) {
-  const std::tuple<const char*, int, int, int> cases[] = {{"ZOL Track Header", 0, 0, 0}, {"ZOL Track Header", 7, 0, 7}, {"zol track header", 5, 0, 5},
-               {"  ZOL TRACK HEADER", 3, 0, 3}, {"ZOL Track Header", 3, 16, 4}, {"ZOL Track Header", 3, 14, 3}};
+  const std::tuple<const char*, int, int, int> cases[] = {
+      {"ZOL Track Header", 0, 0, 0},   {"ZOL Track Header", 7, 0, 7},  {"zol track header", 5, 0, 5},
+      {"  ZOL TRACK HEADER", 3, 0, 3}, {"ZOL Track Header", 3, 16, 4}, {"ZOL Track Header", 3, 14, 3}};
   for (const auto& [magic, points, extra_bytes, expected] : cases) {
     BareWorkspace b;
     const QString path = b.dir.filePath("A.MAP");
@@ -74,10 +75,11 @@ TEST(TrackFileTest, OlderLayoutKeepsOnePointInTwenty) {
 }
 
 TEST(TrackFileTest, BadFilesLeaveNoMapAndSaySo) {
-  const std::tuple<const char*, QByteArray, bool, const char*> cases[] = {{"MISSING.MAP", {}, false, "Can't open file: "},
-               {"SEGS.MAP", MapBytes(4, "ZOL Track Header", 128), true, "Not a valid track map: "},
-               {"NEG.MAP", MapBytes(4, "ZOL Track Header", -1), true, "Not a valid track map: "},
-               {"SHORT.MAP", QByteArray(100, 'x'), true, "Not a valid track map: "}};
+  const std::tuple<const char*, QByteArray, bool, const char*> cases[] = {
+      {"MISSING.MAP", {}, false, "Can't open file: "},
+      {"SEGS.MAP", MapBytes(4, "ZOL Track Header", 128), true, "Not a valid track map: "},
+      {"NEG.MAP", MapBytes(4, "ZOL Track Header", -1), true, "Not a valid track map: "},
+      {"SHORT.MAP", QByteArray(100, 'x'), true, "Not a valid track map: "}};
   for (const auto& [name, bytes, write, message_start] : cases) {
     BareWorkspace b;
     const QString path = b.dir.filePath(QString::fromLatin1(name));
@@ -177,9 +179,17 @@ TEST(TrackFileTest, TrackDataRewritesTheHeaderOnly) {
 TEST(TrackFileTest, MapNamesStayInsideTheTrackDirectory) {
   BareWorkspace b;
   b.ws.Paths.TrackDirectory = QStringLiteral("/maps");
-  const std::pair<const char*, const char*> cases[] = {{"Silverstone", "/maps/Silverstone.MAP"}, {"Club.map", "/maps/Club.MAP"}, {" GP ", "/maps/GP.MAP"},
-               {"../../etc/x", ""}, {"a/b", ""}, {"a\\b", ""}, {"C:x", ""}, {"", ""}, {".hidden", ""}};
-  for (const auto& [name, path] : cases) EXPECT_EQ(TrackPathFor(b.ws, QString::fromLatin1(name)), QString::fromLatin1(path)) << name;
+  const std::pair<const char*, const char*> cases[] = {{"Silverstone", "/maps/Silverstone.MAP"},
+                                                       {"Club.map", "/maps/Club.MAP"},
+                                                       {" GP ", "/maps/GP.MAP"},
+                                                       {"../../etc/x", ""},
+                                                       {"a/b", ""},
+                                                       {"a\\b", ""},
+                                                       {"C:x", ""},
+                                                       {"", ""},
+                                                       {".hidden", ""}};
+  for (const auto& [name, path] : cases)
+    EXPECT_EQ(TrackPathFor(b.ws, QString::fromLatin1(name)), QString::fromLatin1(path)) << name;
 }
 
 }  // namespace
