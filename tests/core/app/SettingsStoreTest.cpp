@@ -42,22 +42,6 @@ TEST(SettingsStore, SectionsWithABackslashAreLevelsBelowTheirParent) {
   EXPECT_EQ(other.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
 }
 
-// Booleans are "True"/"False" as the family writes them; the older programs wrote -1 and 0.
-TEST(SettingsStore, BooleansReadAsTheFamilyWritesThem) {
-  // Stored text (nullptr: key absent), default, read.
-  const std::tuple<const char*, bool, bool> cases[] = {
-      {"True", false, true}, {"False", true, false}, {"-1", false, true}, {"0", true, false}, {nullptr, true, true}};
-  QTemporaryDir dir;
-  SettingsStore s(dir.path());
-  for (const auto& [stored, def, expected] : cases) {
-    if (stored) s.Write(kAppAnalysis, "UserOptions", "ProcessBeacon", stored);
-    else s.DeleteKey(kAppAnalysis, "UserOptions", "ProcessBeacon");
-    EXPECT_EQ(s.ReadBool(kAppAnalysis, "UserOptions", "ProcessBeacon", def), expected) << (stored ? stored : "-");
-  }
-  s.WriteBool(kAppUsb, "Download", "New", false);
-  EXPECT_EQ(s.Read(kAppUsb, "Download", "New", ""), "False");
-}
-
 // What one run writes at its end is what the next run starts with; the paths go where the
 // downloader and the other programs find them ("Orlan Vector", "Paths").
 TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
@@ -89,21 +73,6 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   // The neighbours keep their own values.
   EXPECT_EQ(second->FolderTable[3].Name, "Folder4");
   EXPECT_FALSE(second->FolderTable[1].Options.UpdateOnNewData);
-}
-
-TEST(Paths, HomeComesFromTheOverrideThenOrlanHomeThenTheUsersHome) {
-  const QByteArray saved = qgetenv("ORLAN_HOME");
-  const bool had = qEnvironmentVariableIsSet("ORLAN_HOME");
-  QTemporaryDir a;
-  QTemporaryDir b;
-
-  qputenv("ORLAN_HOME", b.path().toLocal8Bit());
-  EXPECT_EQ(ResolveHome(a.path() + "/x/.."), QDir::cleanPath(a.path()));
-  EXPECT_EQ(ResolveHome(), QDir::cleanPath(b.path()));
-  qunsetenv("ORLAN_HOME");
-  EXPECT_EQ(ResolveHome(), QDir::cleanPath(QDir::homePath() + "/Orlan Vector"));
-
-  if (had) qputenv("ORLAN_HOME", saved);
 }
 
 }  // namespace

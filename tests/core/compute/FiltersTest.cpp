@@ -3,7 +3,6 @@
 #include <numeric>
 
 #include "../TestOutings.h"
-#include "core/compute/frmFilters.h"
 
 namespace {
 
@@ -35,20 +34,6 @@ double BodyAmplitude(const std::vector<float>& y, int margin) {
   double a = 0;
   for (std::size_t i = static_cast<std::size_t>(margin); i + static_cast<std::size_t>(margin) < y.size(); ++i) a = std::max(a, std::fabs(double{y[i]}));
   return a;
-}
-
-TEST(Filters, CutOffIsClampedToTheUsableBand) {
-  // At 500 samples a second a cut-off of 0 acts as fc = 0.0001 (5 hundredths of a hertz); at 125
-  // samples a second anything above 62.5 Hz acts as fc = 0.5.
-  const ChannelRec slow = Channel(0, 40, 0.5f);
-  EXPECT_EQ(BuildWindowedKernel(slow, 0), BuildWindowedKernel(slow, 5));
-  EXPECT_NE(BuildWindowedKernel(slow, 50), BuildWindowedKernel(slow, 5));
-  const ChannelRec c = Channel(0, 40, 0.125f);
-  EXPECT_EQ(BuildWindowedKernel(c, 20000), BuildWindowedKernel(c, 6250));
-  EXPECT_NE(BuildWindowedKernel(c, 5000), BuildWindowedKernel(c, 6250));
-  // A low-pass at half the sample rate passes everything: the kernel is a single 1.
-  const std::vector<float> h = BuildWindowedKernel(Channel(3, 40), 32000);
-  for (std::size_t i = 0; i < h.size(); ++i) EXPECT_NEAR(h[i], i == 20 ? 1.0 : 0.0, 1e-5) << i;
 }
 
 TEST(Filters, WindowShapes) {
@@ -136,21 +121,6 @@ TEST(Filters, SmoothLooksAheadAndHoldsTheLastSample) {
   // A stored width of 0 must not divide by zero.
   c.SmoothWidth = 0;
   for (float v : Filter(c, {1, 9, 2, 8, 3, 7})) EXPECT_TRUE(std::isfinite(v));
-}
-
-TEST(frmFilters, CutOffBoxesAreClampedWhenLeft) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"0.04", "0.1"}, {"0.1", "0.1"},     {"0.4", "0.1"},   {"0.5", "0.1"},   {"0.6", "0.6"},
-      {"600", "500"},  {"500.4", "500.4"}, {"500.6", "500"}, {"12.5", "12.5"}, {"-3", "0.1"}};
-  for (const auto& [typed, shown] : cases) {
-    frmFilters f;
-    f.txtLow = typed;
-    f.txtHigh = typed;
-    f.txtLow_LostFocus();
-    f.txtHigh_LostFocus();
-    EXPECT_EQ(f.txtLow, shown) << typed;
-    EXPECT_EQ(f.txtHigh, shown) << typed;
-  }
 }
 
 }  // namespace

@@ -57,17 +57,6 @@ TEST_F(OutingConstantsFile, KnownNamesTakeTheOutingsValuesUnknownAreDropped) {
   EXPECT_TRUE(home.messages.entries.empty());
 }
 
-// Names are fixed fields of 32 characters, compared trimmed and upper-cased.
-TEST_F(OutingConstantsFile, NamesCompareOverTheirFixedWidth) {
-  const QString long_name = QStringLiteral("Anti-roll bar front blade position");  // 35 characters
-  home.ws().GlobalConstants = {{QStringLiteral("brake bias"), QStringLiteral("1")},
-                               {long_name, QStringLiteral("2")},
-                               {QStringLiteral("Brake"), QStringLiteral("3")}};
-  const std::vector<ConstantEntry> stored = {{QStringLiteral("BRAKE BIAS"), 60.0f}, {long_name.left(32), 4.0f}};
-  ASSERT_TRUE(home.Load(0, Write("NAMES.DAT", &stored)));
-  EXPECT_EQ(Values(0), (std::vector<QString>{"60", "4", "3"}));
-}
-
 // The block is written in place: the data before it, the tail of a longer old block and
 // whatever stands behind it keep their bytes, and the file never gets shorter.
 TEST_F(OutingConstantsFile, SaveWritesTheBlockInPlaceAndKeepsEveryOtherByte) {

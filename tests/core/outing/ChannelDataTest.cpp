@@ -184,27 +184,6 @@ TEST_F(DemoFetch, DerivedChannelsFollowTheirRules) {
   }
 }
 
-TEST_F(DemoFetch, FetchWindowOfTheLastRowAndOfLapGroups) {
-  const int slot = 0;
-  OutingRec& o = home_->Outing(slot);
-  const int channel = 0;
-  const float rate = o.Channels[channel].Rate;
-  // The closing row has no row after it: its window is the 5,000 ms margin alone.
-  GetChannelData(ws(), slot, o.LastLap, channel);
-  EXPECT_EQ(static_cast<int64_t>(o.Laps[static_cast<std::size_t>(o.LastLap)].LapChannels[channel].Samples.size()),
-            RoundHalfEven(5000.0 * rate) + 1);
-  // Three laps displayed from the in lap run past the closing row and end there.
-  FolderRec& folder = ws().FolderTable[0];
-  folder.LapsDisplayed = 3;
-  const int in_lap = o.LastLap - 1;
-  ClearChannelCache(ws(), slot, channel);
-  GetChannelData(ws(), slot, in_lap, channel);
-  folder.LapsDisplayed = 1;
-  EXPECT_EQ(static_cast<int64_t>(o.Laps[static_cast<std::size_t>(in_lap)].LapChannels[channel].Samples.size()),
-            RoundHalfEven((LapTimeMs(o, in_lap) + 5000.0) * rate) + 1);
-  ClearChannelCache(ws(), slot, channel);
-}
-
 // On a copy of the plain outing: a channel index outside the outing does nothing, a rate of 0
 // gives one sample from the block's start, and a second fetch does not open the file.
 TEST_F(DemoFetch, FetchEdgeCases) {

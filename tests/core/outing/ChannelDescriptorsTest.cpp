@@ -51,18 +51,6 @@ QByteArray ReadAll(const QString& path) {
   return bytes;
 }
 
-TEST(ChannelDescriptors, RecordCountRoundsHalvesToEven) {
-  struct Case {
-    int64_t length;
-    int records;
-  };
-  const Case cases[] = {
-      {0, 0},         {100, 0},       {256, 0},       {256 + 63, 0},  {256 + 64, 0},  {256 + 65, 1},
-      {256 + 128, 1}, {256 + 191, 1}, {256 + 192, 2}, {256 + 320, 2}, {256 + 448, 4}, {256 + 1027 * 128, 1027},
-  };
-  for (const Case& c : cases) EXPECT_EQ(DescriptorRecordCount(c.length), c.records) << c.length;
-}
-
 // A record cut short by the end of the file is read with zeros and written back whole.
 TEST(ChannelDescriptors, AShortLastRecordIsPaddedWithZeros) {
   QTemporaryDir dir;

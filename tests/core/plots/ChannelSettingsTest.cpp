@@ -41,26 +41,6 @@ class ChannelSettingsTest : public ::testing::Test {
   int rpm = -1;
 };
 
-TEST_F(ChannelSettingsTest, EventFlagsHoldOneConditionAndTheTwoLabels) {
-  struct Case {
-    uint16_t condition;
-    bool minimum, maximum;
-    uint16_t old, expected;
-  } cases[] = {
-      {1, false, false, 0x0000, 0x0001}, {32, true, false, 0x0000, 0x0120},  // bit 8: the minimum is labelled
-      {16, false, true, 0x0101, 0x0210},  // bit 9: the maximum; the old condition and label go
-      {8, true, true, 0xC040, 0xC348},    // bits the dialog doesn't show are kept
-      {2, false, false, 0x033F, 0x0002},
-  };
-  frmEventEdit form(ws());
-  for (const Case& c : cases) {
-    form.Condition = c.condition;
-    form.chkMinimum = c.minimum;
-    form.chkMaximum = c.maximum;
-    EXPECT_EQ(form.Flags(c.old), c.expected) << c.condition;
-  }
-}
-
 TEST_F(ChannelSettingsTest, AnEventGoesToTheChannelInEveryOutingAndToChannelDsc) {
   const QByteArray before = Dsc();
   frmEventEdit refused(ws());

@@ -140,21 +140,6 @@ void AddSpeed(GraphFixture& f, float per_sample) {
   for (int i = 0; i <= 1000; ++i) xs.Samples.push_back(static_cast<float>(i) * per_sample);
 }
 
-// The x channel read at each sample's time, by interpolation at its own rate.
-TEST(frmXYPlot, PointsPairTheChannelWithTheXChannelAtTheSameTime) {
-  GraphFixture f;
-  AddSpeed(f, 10);
-  f.folder().TimeEnd = 1000;
-  frmXYPlot plot(f.b.ws, f.surface);
-  plot.FindXChannels();
-  const std::vector<XYPoint> points = plot.TracePoints(0, 0, 0);
-  ASSERT_EQ(points.size(), 1001u);
-  for (std::size_t i : {0u, 1u, 7u, 999u}) {
-    EXPECT_NEAR(points[i].x, static_cast<double>(i), 1e-4) << i;  // x at 0.1 i samples of 10 each
-    EXPECT_EQ(points[i].y, static_cast<double>(i));
-  }
-}
-
 // Speed 5 a ms on 135 twips a unit, the ramp 1 a ms on 600 twips a unit: each sample a mark of
 // two pixels each way (a polyline through the same points when connected, below).
 TEST(frmXYPlot, MarksInTwips) {

@@ -305,29 +305,6 @@ TEST(frmGraphNumerics, RowsFollowTheTracesAndTheCursor) {
   EXPECT_EQ(f.graph.Numerics.size(), 1u);
 }
 
-TEST(frmGraph, MinMaxMovesTheCursorAndThePointer) {
-  const struct {
-    int32_t start, end;
-    bool maximum;
-    float time;
-    double x;
-  } cases[] = {
-      {0, 10000, true, 10000, 14250},  // the ramp's maximum ends the view: the right edge
-      {2000, 4000, false, 2000, 750},  // statistics over the view only
-  };
-  for (const auto& c : cases) {
-    GraphFixture f;
-    f.folder().TimeStart = c.start;
-    f.folder().TimeEnd = c.end;
-    double pointer = -1;
-    f.graph.MovePointer = [&](double x) { pointer = x; };
-    f.graph.ManualMinMaxMove(c.maximum);
-    EXPECT_EQ(f.folder().CursorTime, c.time) << c.start << c.maximum;
-    EXPECT_EQ(pointer, c.x) << c.start << c.maximum;
-    EXPECT_EQ(f.folder().CursorValue, c.time);  // the ramp's value is its sample number
-  }
-}
-
 TEST(frmGraph, SidePanelsCarryTheChosenScales) {
   GraphFixture f;
   AddShortChannel(f);

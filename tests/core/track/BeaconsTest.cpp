@@ -156,25 +156,6 @@ TEST_F(BeaconFileTest, SavedBeaconsChangeOnlyTheBeaconFields) {
   EXPECT_EQ(Rows(OutingAt(ws, 1)), Rows(o));
 }
 
-// A distance is measured from the start of the dialog's own row: after a delete earlier in the
-// dialog, its rows no longer line up with the outing's laps. The beacon lands where the car
-// passed the distance, by the simulator's clock.
-TEST_F(BeaconFileTest, InsertByDistanceFindsTheTimeTheDialogsLapReachesIt) {
-  Workspace& ws = home.ws();
-  frmInsertBeacon d(ws, 0);
-  d.Selected = 1;
-  ASSERT_TRUE(d.InsertByTime(QStringLiteral("40")));  // row 2 is now 40 s into the outing's lap 1
-  d.Selected = 2;
-  const int32_t start = d.Rows[2];
-  ASSERT_TRUE(d.InsertByDistance(QStringLiteral("1000")));
-  const float target = demo.sim.DistanceM[static_cast<std::size_t>(start)] + 1000;
-  const auto passed = std::lower_bound(demo.sim.DistanceM.begin(), demo.sim.DistanceM.end(), target);
-  // Whole metres at 10 Hz: the count at the row's start is within a metre, 20 ms at speed.
-  EXPECT_NEAR(d.Rows[3], passed - demo.sim.DistanceM.begin(), 40);
-  EXPECT_FALSE(d.InsertByDistance(QStringLiteral("999999")));
-  EXPECT_EQ(LastMessage(home.messages).text, QStringLiteral("Error: Unable to calculate laptime from data"));
-}
-
 TEST_F(BeaconFileTest, ShiftByDistanceMovesTheInnerBeacons) {
   Workspace& ws = home.ws();
   OutingRec& o = OutingAt(ws, 0);

@@ -69,34 +69,6 @@ TEST(TrackCreateTest, SameDistanceMovesNothingButUpdatesTheCornerFlag) {
   EXPECT_EQ(b.ws.Track.TrackPoints[102].Corner, 0);  // below the end limit
 }
 
-TEST(TrackCreateTest, SegmentsFollowTheCornerFlags) {
-  const std::tuple<std::vector<int16_t>, int16_t, std::vector<int32_t>> cases[] = {
-      {{0, 0, -1, -1, 0}, 0, {0, 2, 4}},
-      {{-1, -1, 0, 0, -1}, 1, {0, 0, 2, 4}},  // entry 0 unused when the lap starts in a corner
-      {{0, 0, 0}, 0, {0}},
-  };
-  for (const auto& [flags, first_kind, starts] : cases) {
-    BareWorkspace b;
-    for (std::size_t i = 0; i < flags.size(); ++i) {
-      b.ws.Track.TrackPoints.push_back(TrackPoint{0, 0, 0, flags[i], static_cast<int32_t>(i)});
-    }
-    SaveSegmentData(b.ws);
-    EXPECT_EQ(b.ws.Track.FirstSegmentKind, first_kind);
-    EXPECT_EQ(b.ws.Track.SegmentStart, starts);
-    EXPECT_EQ(b.ws.Track.SegmentCount, static_cast<int>(starts.size()) - 1);
-  }
-}
-
-TEST(TrackCreateTest, MarkedRangeBecomesCornerOrStraight) {
-  BareWorkspace b;
-  b.ws.Track.TrackPoints.resize(10);
-  MarkPoints(b.ws, 7, 3, true);
-  MarkPoints(b.ws, 5, 50, false);
-  std::vector<int16_t> flags;
-  for (const TrackPoint& p : b.ws.Track.TrackPoints) flags.push_back(p.Corner);
-  EXPECT_EQ(flags, (std::vector<int16_t>{0, 0, 0, -1, -1, 0, 0, 0, 0, 0}));
-}
-
 TEST(TrackCreateTest, ChecksSayWhatIsMissing) {
   struct Case {
     int mode;
@@ -119,27 +91,6 @@ TEST(TrackCreateTest, ChecksSayWhatIsMissing) {
     EXPECT_EQ(LastMessage(b.messages).text, QString::fromLatin1(c.message));
     EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("Track Map"));
   }
-}
-
-TEST(TrackCreateTest, GpsStartAndDueNorthKeepTheAngle) {
-  BareWorkspace b;
-  // Sample 1 equals the start (d = 0), sample 3 lies due east (|s| = 1) of it.
-  b.ws.Track.Samples = {{0, 0, 0, 52, -1}, {0, 100, 0, 52, -1}, {60, 200, 0, 52.001f, -1},
-                        {120, 300, 0, 52, -0.999f}, {200, 400, 0, 52, -0.998f}};
-  b.ws.Track.SampleLast = 4;
-  TrackSettings s;
-  s.GlobalAngle = 0;
-  ASSERT_TRUE(CalculateGPSTrack(b.ws, 0, 1, s));
-  const auto& p = b.ws.Track.TrackPoints;
-  ASSERT_EQ(p.size(), 4u);
-  EXPECT_EQ(p[1].X, 0.0f);
-  EXPECT_EQ(p[1].Y, 0.0f);
-  EXPECT_NEAR(p[2].X, 0.001, 1e-5);
-  EXPECT_NEAR(p[2].Y, 0, 1e-5);
-  // Due east: the angle of the sample before (0) stays, so the point lies on the x axis at d.
-  EXPECT_NEAR(p[3].X, 0.001, 1e-5);
-  EXPECT_EQ(p[3].Distance, 120);
-  EXPECT_EQ(p[3].Lat, 52.0f);
 }
 
 }  // namespace

@@ -103,22 +103,4 @@ TEST_F(TreeTest, AClickMakesWhatTheTagNamesCurrent) {
   }
 }
 
-TEST_F(TreeTest, LapGroupEndsAtTheClosingRow) {
-  LoadBoth();
-  OutingRec& o = Outing(0);
-  const int last = o.LastLap;
-  Folder().LapsDisplayed = 3;
-  for (int lap : {0, last - 2, last - 1}) ShowLapLike(o, lap, o.CurLap);
-  tree.LoadTreeData();
-  const std::pair<int, int> cases[] = {{0, 3}, {last - 2, last}, {last - 1, last}};
-  for (const auto& [start, end_row] : cases) {
-    const int node = NodeAt(QString::asprintf("000:%03d", start), kLevelLap);
-    ASSERT_GE(node, 0) << start;
-    const QString expected = QString::asprintf("%03d - %03d  (", o.LapNumberBase + start,
-                                               o.LapNumberBase + end_row - 1) +
-                             MinSecMs(RowTime(o, end_row) - RowTime(o, start)) + ")";
-    EXPECT_EQ(tree.Nodes()[static_cast<std::size_t>(node)].Text, expected) << start;
-  }
-}
-
 }  // namespace

@@ -160,27 +160,6 @@ TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
   }
 }
 
-TEST_F(TreeTest, DeletingAFolderMovesTheFoldersBehindItDown) {
-  SettingsStore& s = ws().Settings;
-  const QString app = kAppAnalysis;
-  s.Write(app, "Graph\\F2", "Top", "two");
-  s.Write(app, "Graph\\F3", "Top", "three");
-  s.Write(app, "Histo\\F3", "Bins", "30");
-  s.Write(app, "Logbook\\F16", "Rows", "sixteen");
-  Folder(1).InUse = -1;
-  ws().CurFolder = 1;
-  host.tab_count = 2;
-  ASSERT_TRUE(tree.DeleteCurrentFolder());
-  EXPECT_EQ(s.Read(app, "Graph\\F2", "Top", ""), "three");
-  EXPECT_TRUE(s.ListSection(app, "Graph\\F3").isEmpty());
-  EXPECT_EQ(s.Read(app, "Histo\\F2", "Bins", ""), "30");
-  EXPECT_EQ(s.Read(app, "Logbook\\F15", "Rows", ""), "sixteen");
-  EXPECT_TRUE(s.ListSection(app, "Logbook\\F16").isEmpty());
-  EXPECT_EQ(Folder(1).InUse, 0);
-  EXPECT_EQ(host.tabs_removed, std::vector<int>{1});
-  EXPECT_EQ(ws().CurFolder, 0);
-}
-
 TEST_F(TreeTest, ClosingTheTreeAsksBeforeUnloading) {
   LoadBoth();
   home.messages.answers = {false, true};
