@@ -2,6 +2,7 @@
 
 #include "../TestOutings.h"
 #include "core/compute/frmMathScales.h"
+#include "core/compute/frmNewMath.h"
 
 namespace {
 
