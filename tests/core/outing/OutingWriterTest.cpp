@@ -86,7 +86,7 @@ TEST(OutingWriter, ChannelTableHoldsAtMost128Blocks) {
   for (const Case& c : cases) {
     OutingHeader h;
     h.SystemName = "LCU";
-    h.Cyclic = cyclic;
+    h.Cyclic = c.cyclic;
     const std::vector<ChannelBlockData> blocks(static_cast<std::size_t>(c.blocks),
                                                ChannelBlockData{1, 3, 2, QByteArray(1000, '\1')});
     EXPECT_EQ(LayOutChannelTable(h, blocks), c.fits) << c.blocks << " cyclic " << c.cyclic;
