@@ -123,7 +123,10 @@ TEST(frmGraph, FullRedrawDrawsTracesAxesAndLabels) {
   EXPECT_EQ(f.graph.ChannelLabels[0].Text, "RAMP (m}");
   EXPECT_EQ(f.graph.Caption, "RAMP vs Time");
   const std::vector<QString> texts = f.surface.Texts();
-  // The vertical scale: 0 to 10000 in 50 steps, labels every fifth (1000, 2000, ...).
+  // The vertical scale: 0 to 10000 in 50 steps, a tick of 75 twips left of the axis between
+  // floor and top (49 of them), labels every fifth (1000, 2000, ...).
+  const auto lines = f.surface.Of(DrawOp::Kind::Line);
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [](const DrawOp& op) { return op.x1 == 750 && op.x2 == 675; }), 49);
   EXPECT_NE(std::find(texts.begin(), texts.end(), QStringLiteral("1000 ")), texts.end());
   EXPECT_NE(std::find(texts.begin(), texts.end(), QStringLiteral("9000 ")), texts.end());
   // Hiding the lap leaves the axes and no trace.

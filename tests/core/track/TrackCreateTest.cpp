@@ -69,6 +69,30 @@ TEST(TrackCreateTest, SameDistanceMovesNothingButUpdatesTheCornerFlag) {
   EXPECT_EQ(b.ws.Track.TrackPoints[102].Corner, 0);  // below the end limit
 }
 
+// Each row of the table takes the sensor sample nearest its distance sample, halves to even: a
+// sensor at 1,250 samples a second against distance at 500 takes samples 0, 2 (2.5), 5, 8 (7.5), 10.
+TEST(TrackCreateTest, EachRowTakesTheNearestSensorSample) {
+  BareWorkspace b;
+  OutingRec& o = b.Outing();
+  o.Loaded = -1;
+  o.Channels.resize(2);
+  o.LastChannel = 1;
+  o.Channels[0].Rate = 1.25f;
+  o.Channels[1].Rate = 0.5f;
+  o.ChanLatG = 0;
+  o.ChanDistance = 1;
+  o.Laps = {LapRec{}, LapRec{0, 10}};  // 10 ms: five rows
+  o.LastLap = 1;
+  o.Laps[0].LapChannels.resize(2);
+  for (LapChannelRec& c : o.Laps[0].LapChannels) c.Loaded = -1;
+  for (int i = 0; i <= 12; ++i) o.Laps[0].LapChannels[0].Samples.push_back(static_cast<float>(i));
+  o.Laps[0].LapChannels[1].Samples = {0, 1, 2, 3, 4, 5};
+  ASSERT_TRUE(BuildTrackSamples(b.ws, 0, 0, TrackSettings{}));
+  std::vector<float> sensor;
+  for (const SourceSample& r : b.ws.Track.Samples) sensor.push_back(r.Sensor);
+  EXPECT_EQ(sensor, (std::vector<float>{0, 2, 5, 8, 10}));
+}
+
 TEST(TrackCreateTest, ChecksSayWhatIsMissing) {
   struct Case {
     int mode;
