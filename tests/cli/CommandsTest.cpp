@@ -3,11 +3,8 @@
 // the rest loads; a header the program can't take says so in its own words; exports stay readable
 // when a raw float is not a number).
 
-#include <gtest/gtest.h>
-
 #include <QFileInfo>
 #include <QProcess>
-#include <cmath>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -95,18 +92,15 @@ TEST_F(DemoCommands, TrackCreateDescribeAndSplit) {
 }
 
 TEST_F(DemoCommands, TrackRefusesWhatCantMakeAMap) {
-  struct Case {
-    QStringList args;
-    const char* says;
-  } cases[] = {
+  const std::pair<QStringList, const char*> cases[] = {
       {{"track", "create", Outing(), "--lap", "1", "--name", "../../outside"}, "Please enter a valid track name"},
       {{"track", "create", Outing(), "--lap", "99", "--name", "X"}, "No lap 99: the outing has laps 0 to"},
       {{"track", "info", Map("NONE.MAP")}, "Can't open file: "},
   };
-  for (const Case& c : cases) {
-    const Outcome o = Orlan(c.args + Home());
-    EXPECT_NE(o.exit_code, 0) << c.args.join(' ').toStdString();
-    EXPECT_NE(o.err.find(c.says), std::string::npos) << o.err;
+  for (const auto& [args, says] : cases) {
+    const Outcome o = Orlan(args + Home());
+    EXPECT_NE(o.exit_code, 0) << args.join(' ').toStdString();
+    EXPECT_NE(o.err.find(says), std::string::npos) << o.err;
   }
   EXPECT_FALSE(QFileInfo::exists(JoinPath(home_->path(), "outside.MAP")));
 }
@@ -127,18 +121,15 @@ QString OddOuting(TestHome& home, int32_t end_ms, const QString& version = QStri
 QStringList Home(TestHome& home) { return {QStringLiteral("--home"), home.Path(QString())}; }
 
 TEST(OutingCommandLine, OddChannelsAreWarningsAndEveryLapRowIsListed) {
-  const struct {
-    int32_t end_ms;
-    std::size_t rows;  // LastLap + 1: the closing row too
-  } cases[] = {{10000, 2}, {400, 1}};
-  for (const auto& c : cases) {
+  const std::pair<int32_t, std::size_t> cases[] = {{10000, 2}, {400, 1}};
+  for (const auto& [end_ms, rows] : cases) {
     TestHome home;
-    const Outcome r = Orlan(QStringList{"info", "--json", OddOuting(home, c.end_ms)} + Home(home));
+    const Outcome r = Orlan(QStringList{"info", "--json", OddOuting(home, end_ms)} + Home(home));
     ASSERT_EQ(r.exit_code, 0) << r.err;
     const auto j = nlohmann::json::parse(r.out);
     EXPECT_EQ(j["Warnings"].size(), 2u) << j["Warnings"].dump();
     ASSERT_TRUE(j.contains("Outing")) << "the outing loads";
-    EXPECT_EQ(j["Outing"]["Laps"].size(), c.rows) << c.end_ms;
+    EXPECT_EQ(j["Outing"]["Laps"].size(), rows) << end_ms;
   }
 }
 
@@ -189,21 +180,18 @@ TEST(PlotCommandLine, OneLapWhateverTheWindowsShow) {
   ASSERT_EQ(info.exit_code, 0) << info.err;
   const int lap_ms = nlohmann::json::parse(info.out)["Outing"]["Laps"][1]["LapTime"].get<int>();
 
-  const struct {
-    QStringList args;
-    int start, end;  // the view, ms
-  } views[] = {
+  const std::tuple<QStringList, int, int> views[] = {
       {{"xy", outing, "--lap", "1", "--y", "THROTTLE"}, 0, lap_ms},
       {{"histogram", outing, "--lap", "1", "--channel", "THROTTLE"}, 0, lap_ms},
       {{"histogram", outing, "--lap", "1", "--channel", "THROTTLE", "--start", "3.5", "--end", "1001.5"}, 4, 1002},
   };
-  for (const auto& v : views) {
-    const Outcome r = Orlan(v.args + QStringList{"--json"} + at_home);
+  for (const auto& [args, start, end] : views) {
+    const Outcome r = Orlan(args + QStringList{"--json"} + at_home);
     ASSERT_EQ(r.exit_code, 0) << r.err;
     const auto j = nlohmann::json::parse(r.out);
-    EXPECT_EQ(j["TimeStart"], v.start) << v.args.join(' ').toStdString();
-    EXPECT_EQ(j["TimeEnd"], v.end) << v.args.join(' ').toStdString();
-    if (v.args[0] != "xy") continue;
+    EXPECT_EQ(j["TimeStart"], start) << args.join(' ').toStdString();
+    EXPECT_EQ(j["TimeEnd"], end) << args.join(' ').toStdString();
+    if (args[0] != "xy") continue;
     // The window's 32-bit fit, not a double beside it.
     for (const char* field : {"Slope", "Intercept", "Correlation"}) {
       const double value = j[field].get<double>();

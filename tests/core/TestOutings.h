@@ -60,6 +60,7 @@ class TestHome {
     WriteFileAtomically(JoinPath(setup, kChannelDscFileName), ChannelDescriptorFileBytes(dsc));
     ws_ = std::make_unique<Workspace>(messages, dir_.path());
     started = StartUp(*ws_, false);
+    EXPECT_TRUE(started);
     ws_->KeepRecentFiles = true;  // loads here stand for the window's
   }
   Workspace& ws() { return *ws_; }

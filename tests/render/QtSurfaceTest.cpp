@@ -45,22 +45,4 @@ TEST(QtSurface, ExclusiveOrTwiceRestores) {
   EXPECT_EQ(c.At(100, 100), 0x00FFFFu);  // white on red
 }
 
-TEST(QtSurface, TextIsMeasuredAndPrinted) {
-  Canvas c;
-  c.s.Cls();
-  EXPECT_GT(c.s.TextWidth(QStringLiteral("00.00")), c.s.TextWidth(QStringLiteral("0")));
-  EXPECT_GT(c.s.TextHeight(QStringLiteral("0")), 100);
-  c.s.ForeColor = 0;
-  c.s.CurrentX = 150;
-  c.s.CurrentY = 150;
-  const double y = c.s.CurrentY;
-  c.s.Print(QStringLiteral("WWWW"));
-  EXPECT_GT(c.s.CurrentY, y);  // the next line goes below
-  int dark = 0;
-  for (int x = 0; x < 100; ++x) {
-    for (int yy = 0; yy < 40; ++yy) dark += c.At(x, yy) != 0xFFFFFFu;
-  }
-  EXPECT_GT(dark, 20);
-}
-
 }  // namespace

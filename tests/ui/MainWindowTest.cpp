@@ -7,7 +7,6 @@
 #include <QDesktopServices>
 #include <QLabel>
 #include <QListWidget>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QSettings>
@@ -20,8 +19,6 @@
 #include "core/app/Files.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
-#include "core/demo/DemoInstall.h"
-#include "core/demo/DemoSession.h"
 #include "core/plots/PlotScale.h"
 #include "core/plots/frmChlXYAxis.h"
 #include "core/track/TrackFile.h"
@@ -33,31 +30,18 @@
 
 namespace {
 
+using ui_test::CountColour;
 using ui_test::Session;
 using ui_test::WhenModal;
 
-int CountColour(const QImage& image, QColor colour) {
-  int n = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) n += image.pixelColor(x, y) == colour;
-  }
-  return n;
-}
-
 TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
   QTemporaryDir home;
-  {
-    RecordingMessages messages;
-    DemoResult made;
-    QString error;
-    ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, made, &error, 3)) << error.toStdString();
-  }
+  ASSERT_TRUE(ui_test::InstallDemo(home.path(), 3, false));
   const QString data = JoinPath(home.path(), "Data");
   const QStringList files = {JoinPath(data, "SILV0101.DAT"), JoinPath(data, "SILV0102.DAT")};
   {
     Session s(home.path());
     EXPECT_EQ(s.window->windowTitle(), s.ws->Title);
-    EXPECT_EQ(s.window->Tabs()->count(), 1);
 
     s.host->files = files;
     s.action("Add New Outing(s)")->trigger();
@@ -70,14 +54,10 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     s.folder().SelOuting = 0;
     OutingRec& first = s.folder().Outings[0];
     const int lap = first.CurLap;
-    // A view narrowed to 10 ms stays through a command that compares the same laps; another
-    // lap resets it to the whole span, in time and in distance.
-    s.action("Event Markers")->trigger();  // the outing just picked is the reference now
+    // Another lap resets a narrowed view to the whole span, in time and in distance.
     s.folder().TimeStart = 1000;
     s.folder().TimeEnd = 1010;
     s.folder().DistanceEnd = 5;
-    s.action("Event Markers")->trigger();
-    EXPECT_EQ(s.folder().TimeEnd, 1010);
     s.action("Add Next Lap")->trigger();
     EXPECT_EQ(s.folder().TimeStart, 0);
     EXPECT_GT(s.folder().TimeEnd, 60000);
@@ -111,17 +91,12 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
     QTest::mouseClick(plot, Qt::LeftButton, {}, QPoint(click, plot->height() / 2));
     EXPECT_NEAR(s.folder().CursorTime, time_at(click), 1.0);
 
-    // Right and Shift+Right step by one and by a hundred samples of the active channel.
+    // Ctrl+Left steps back by ten samples: the graph's key, not a menu shortcut.
     const ChannelRec& active = s.folder().Outings[static_cast<std::size_t>(s.folder().SelOuting)].Channels[static_cast<std::size_t>(s.folder().ActiveChannel)];
-    const double sample = std::nearbyint(1 / active.Rate);
-    QTest::keyClick(g, Qt::Key_Right);  // first onto the next sample
+    QTest::keyClick(g, Qt::Key_Right);  // onto a sample
     const float on_sample = s.folder().CursorTime;
-    QTest::keyClick(g, Qt::Key_Right);
-    EXPECT_NEAR(s.folder().CursorTime, on_sample + sample, 0.01);
-    QTest::keyClick(g, Qt::Key_Right, Qt::ShiftModifier);
-    EXPECT_NEAR(s.folder().CursorTime, on_sample + 101 * sample, 0.01);
-    QTest::keyClick(g, Qt::Key_Left, Qt::ControlModifier);  // the graph's, not a menu shortcut's
-    EXPECT_NEAR(s.folder().CursorTime, on_sample + 91 * sample, 0.01);
+    QTest::keyClick(g, Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_NEAR(s.folder().CursorTime, on_sample - 10 * std::nearbyint(1 / active.Rate), 0.01);
 
     // A drag zooms to the span; undo brings the whole lap back.
     const int32_t start = s.folder().TimeStart, end = s.folder().TimeEnd;
@@ -160,15 +135,11 @@ TEST(MainWindow, APersonComparesTwoOutingsAndFindsThemAgain) {
   }
 }
 
-// The demo's session, its graph with a scale beside it, the tree's support nodes, the window
-// arrangement, its map unloaded, and the guide.
+// The demo's session, its graph with a scale beside it, the tree's support nodes, its map
+// unloaded, and the guide.
 TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   QTemporaryDir home;
-  RecordingMessages messages;
-  DemoResult made;
-  QString error;
-  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, made, &error, 3)) << error.toStdString();
-  ASSERT_TRUE(WriteDemoSession(home.path(), messages));
+  ASSERT_TRUE(ui_test::InstallDemo(home.path(), 3, true));
   Session s(home.path());
   EXPECT_NE(s.folder().Outings[0].Loaded, 0);
   EXPECT_NE(s.folder().Outings[1].Loaded, 0);
@@ -199,14 +170,8 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
   EXPECT_NE(first.Laps[static_cast<std::size_t>(first.CurLap)].LapChannels[static_cast<std::size_t>(rpm)].Shown, 0);
   EXPECT_TRUE(g->Panel(0)->isVisible());
   EXPECT_FALSE(g->Panel(1)->isVisible());
-  int scale = 0;  // the scale's ticks and labels in the trace's colour
-  for (int y = 0; y < g->Panel(0)->Image.height(); ++y) {
-    for (int x = 0; x < g->Panel(0)->Image.width(); ++x) scale += g->Panel(0)->Image.pixelColor(x, y) != QColor(Qt::white);
-  }
-  EXPECT_GT(scale, 200);
-  s.action("Tile Graphs")->trigger();
-  QApplication::processEvents();
-  EXPECT_FALSE(g->Panel(0)->isVisible());
+  const QImage& panel = g->Panel(0)->Image;  // the scale's ticks and labels drawn on it
+  EXPECT_GT(panel.width() * panel.height() - CountColour(panel, QColor(Qt::white)), 200);
 
   // The tree's support nodes open their editors.
   TreeWindow* tree = s.window->TreeView();
@@ -220,15 +185,6 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
     QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, tree->visualItemRect(found[0]).center());
     EXPECT_EQ(opened, QString::fromLatin1(editor));
   }
-
-  // Tile Vertically: the tree and the graph side by side, each as high as the area.
-  s.window->findChild<QAction*>("mnuTileVertical")->trigger();
-  const QRect area = s.window->Area()->viewport()->rect();
-  const QRect left = tree->parentWidget()->geometry(), right = g->parentWidget()->geometry();
-  EXPECT_EQ(left.height(), area.height());
-  EXPECT_EQ(right.height(), area.height());
-  EXPECT_EQ(std::min(left.x(), right.x()), 0);
-  EXPECT_EQ(std::max(left.x(), right.x()), area.width() / 2);
 
   // The demo's map is the folder's; Unload Track takes it out and greys itself.
   EXPECT_TRUE(s.ws->TrackLoaded);
@@ -251,10 +207,7 @@ TEST(MainWindow, TheDemoOpensOnTwoOutingsAndTheirTimeGraph) {
 
 TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {
   QTemporaryDir home;
-  RecordingMessages made_messages;
-  DemoResult made;
-  QString error;
-  ASSERT_TRUE(CreateDemoInstallation(home.path(), made_messages, made, &error, 2)) << error.toStdString();
+  ASSERT_TRUE(ui_test::InstallDemo(home.path(), 2, false));
   const QString data = JoinPath(home.path(), "Data");
   Session s(home.path());
   s.host->files = {JoinPath(data, "SILV0101.DAT")};
@@ -283,8 +236,6 @@ TEST(MainWindow, NewDataFromTheDownloaderAndClosingTheTree) {
   tree->close();
   EXPECT_EQ(s.folder().Outings[0].Loaded, 0);
   EXPECT_FALSE(tree->isVisible());
-  s.action("Channel Tree")->trigger();
-  EXPECT_TRUE(tree->isVisible());
 
   // The only folder can't go; a second one can, and the tab in view follows the folder the
   // workspace moves to.

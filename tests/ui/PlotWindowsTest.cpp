@@ -13,8 +13,6 @@
 #include <map>
 
 #include "UiSession.h"
-#include "core/demo/DemoInstall.h"
-#include "core/demo/DemoSession.h"
 #include "core/plots/PlotFormats.h"
 #include "core/plots/PlotScale.h"
 #include "ui/GraphWindow.h"
@@ -40,13 +38,7 @@ int Drawn(const QImage& image) {
 
 TEST(PlotWindows, EachWindowDrawsTheFoldersTracesAndReturnsWithTheSession) {
   QTemporaryDir home;
-  {
-    RecordingMessages messages;
-    DemoResult result;
-    QString error;
-    ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, result, &error, 3)) << error.toStdString();
-    ASSERT_TRUE(WriteDemoSession(home.path(), messages));
-  }
+  ASSERT_TRUE(ui_test::InstallDemo(home.path(), 3, true));
   // Where each window is put before the session closes, by PlotWindow.
   std::map<PlotWindow, QRect> places = {{PlotWindow::Distance, QRect(300, 10, 640, 420)},
                                         {PlotWindow::XYPlot, QRect(320, 40, 660, 440)},

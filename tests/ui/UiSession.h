@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -16,6 +17,8 @@
 #include "core/app/Messages.h"
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
+#include "core/demo/DemoInstall.h"
+#include "core/demo/DemoSession.h"
 #include "ui/QtTreeHost.h"
 #include "ui/frmMDIForm.h"
 
@@ -51,6 +54,7 @@ struct Session {
     QApplication::processEvents();
   }
   FolderRec& folder() { return ws->FolderTable[static_cast<std::size_t>(ws->CurFolder)]; }
+  OutingRec& outing() { return folder().Outings[static_cast<std::size_t>(ws->CurOuting)]; }
   QAction* action(const char* name) {
     QAction* a = window->Action(QString::fromLatin1(name));
     EXPECT_NE(a, nullptr) << name;
@@ -58,6 +62,34 @@ struct Session {
   }
 };
 
+// A demo installation in `home` with `laps` timed laps, and its session when asked for.
+inline bool InstallDemo(const QString& home, int laps, bool session) {
+  RecordingMessages messages;
+  DemoResult made;
+  QString error;
+  const bool ok =
+      CreateDemoInstallation(home, messages, made, &error, laps) && (!session || WriteDemoSession(home, messages));
+  EXPECT_TRUE(ok) << error.toStdString();
+  return ok;
+}
+
+// The child of a dialog by its name; a test fails when there is none.
+template <class T>
+T* Child(QWidget* dialog, const char* name) {
+  T* w = dialog->findChild<T*>(QString::fromLatin1(name));
+  EXPECT_NE(w, nullptr) << name;
+  return w;
+}
+
+inline void Click(QWidget* dialog, const char* name) { Child<QAbstractButton>(dialog, name)->click(); }
+
+inline int CountColour(const QImage& image, QColor colour) {
+  int n = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) n += image.pixelColor(x, y) == colour;
+  }
+  return n;
+}
 
 // Acts on the next modal window that shows (a dialog a command opens) once it is up; `act` finds
 // its controls, changes them and accepts or rejects it. Call before the command that opens it.

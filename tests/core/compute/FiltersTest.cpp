@@ -1,13 +1,8 @@
 #include "core/compute/Filters.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cmath>
 #include <numeric>
 
 #include "../TestOutings.h"
-#include "core/compute/frmFilters.h"
 
 namespace {
 
@@ -41,33 +36,6 @@ double BodyAmplitude(const std::vector<float>& y, int margin) {
   return a;
 }
 
-TEST(Filters, KernelLengthIsClampedAndGainIsOne) {
-  const int cases[][2] = {{10, 10}, {5, 10}, {0, 10}, {-3, 10}, {40, 40}, {200, 200}, {1000, 200}};  // stored, used
-  for (const auto& k : cases) {
-    for (int window : {0, 1, 2, 3}) {
-      const std::vector<float> h = BuildWindowedKernel(Channel(window, k[0]), 1000);
-      ASSERT_EQ(h.size(), static_cast<std::size_t>(k[1]) + 1) << k[0];
-      EXPECT_EQ(h, BuildWindowedKernel(Channel(window, k[1]), 1000)) << k[0];
-      EXPECT_NEAR(std::accumulate(h.begin(), h.end(), 0.0), 1.0, 1e-5) << k[0] << " window " << window;
-      for (std::size_t i = 0; i < h.size(); ++i) EXPECT_NEAR(h[i], h[h.size() - 1 - i], 1e-6) << "symmetric";
-    }
-  }
-}
-
-TEST(Filters, CutOffIsClampedToTheUsableBand) {
-  // At 500 samples a second a cut-off of 0 acts as fc = 0.0001 (5 hundredths of a hertz); at 125
-  // samples a second anything above 62.5 Hz acts as fc = 0.5.
-  const ChannelRec slow = Channel(0, 40, 0.5f);
-  EXPECT_EQ(BuildWindowedKernel(slow, 0), BuildWindowedKernel(slow, 5));
-  EXPECT_NE(BuildWindowedKernel(slow, 50), BuildWindowedKernel(slow, 5));
-  const ChannelRec c = Channel(0, 40, 0.125f);
-  EXPECT_EQ(BuildWindowedKernel(c, 20000), BuildWindowedKernel(c, 6250));
-  EXPECT_NE(BuildWindowedKernel(c, 5000), BuildWindowedKernel(c, 6250));
-  // A low-pass at half the sample rate passes everything: the kernel is a single 1.
-  const std::vector<float> h = BuildWindowedKernel(Channel(3, 40), 32000);
-  for (std::size_t i = 0; i < h.size(); ++i) EXPECT_NEAR(h[i], i == 20 ? 1.0 : 0.0, 1e-5) << i;
-}
-
 TEST(Filters, WindowShapes) {
   const std::vector<float> rect = BuildWindowedKernel(Channel(3, 20), 1300);
   const std::vector<float> hamming = BuildWindowedKernel(Channel(0, 20), 1300);
@@ -98,18 +66,16 @@ TEST(Filters, ConstantThroughKernelFilters) {
   EXPECT_LT(y.front(), 90.0);
   EXPECT_LT(y.back(), 90.0);
   // Direct current passes the low-pass and the band-reject, and is stopped by the others.
-  struct Case {
-    int kind;
-    double body;
-  } cases[] = {{2, 100}, {3, 0}, {4, 0}, {5, 100}, {0, 100}, {6, 100}, {-1, 100}};  // other kinds: untouched
-  for (const Case& k : cases) {
+  const std::pair<int, double> cases[] = {{2, 100}, {3, 0},   {4, 0},   {5, 100},
+                                          {0, 100}, {6, 100}, {-1, 100}};  // other kinds: untouched
+  for (const auto& [kind, body] : cases) {
     ChannelRec f = Channel(0, 40);
-    f.FilterKind = static_cast<int16_t>(k.kind);
+    f.FilterKind = static_cast<int16_t>(kind);
     f.FilterLowCut = 1000;
     f.FilterHighCut = 2500;
     const std::vector<float> out = Filter(f, x);
-    ASSERT_EQ(out.size(), x.size() - (k.kind >= 2 && k.kind <= 5 ? 1 : 0)) << k.kind;
-    EXPECT_NEAR(out[200], k.body, 1e-3) << k.kind;
+    ASSERT_EQ(out.size(), x.size() - (kind >= 2 && kind <= 5 ? 1 : 0)) << kind;
+    EXPECT_NEAR(out[200], body, 1e-3) << kind;
   }
 }
 
@@ -155,122 +121,6 @@ TEST(Filters, SmoothLooksAheadAndHoldsTheLastSample) {
   // A stored width of 0 must not divide by zero.
   c.SmoothWidth = 0;
   for (float v : Filter(c, {1, 9, 2, 8, 3, 7})) EXPECT_TRUE(std::isfinite(v));
-}
-
-TEST(frmFilters, WhatEachTypeUses) {
-  struct Case {
-    int type;
-    bool points, window, kernel, low, high;
-  } cases[] = {
-      {0, false, false, false, false, false}, {1, true, false, false, false, false},
-      {2, false, true, true, true, false},    {3, false, true, true, false, true},
-      {4, false, true, true, true, true},     {5, false, true, true, true, true},
-  };
-  for (const Case& k : cases) {
-    frmFilters f;
-    f.cboType = k.type;
-    const frmFilters::Enabled e = f.ValidateFilter();
-    EXPECT_EQ((std::array{e.cboPoints, e.cboWindow, e.cboKernel, e.txtLow, e.txtHigh}),
-              (std::array{k.points, k.window, k.kernel, k.low, k.high})) << k.type;
-  }
-}
-
-TEST(frmFilters, CutOffBoxesAreClampedWhenLeft) {
-  struct Case {
-    const char* typed;
-    const char* shown;
-  } cases[] = {{"0.04", "0.1"}, {"0.1", "0.1"},   {"0.4", "0.1"}, {"0.5", "0.1"}, {"0.6", "0.6"},
-               {"600", "500"},  {"500.4", "500.4"}, {"500.6", "500"}, {"12.5", "12.5"}, {"-3", "0.1"}};
-  for (const Case& k : cases) {
-    frmFilters f;
-    f.txtLow = k.typed;
-    f.txtHigh = k.typed;
-    f.txtLow_LostFocus();
-    f.txtHigh_LostFocus();
-    EXPECT_EQ(f.txtLow, k.shown) << k.typed;
-    EXPECT_EQ(f.txtHigh, k.shown) << k.typed;
-  }
-}
-
-// Three outings in the folder, two loaded with a throttle channel, cached samples everywhere.
-class FilterWindow : public ::testing::Test {
- protected:
-  void SetUp() override {
-    for (int slot : {0, 1, 2}) {
-      OutingRec& o = b_.Outing(slot);
-      o.Loaded = slot == 2 ? 0 : -1;
-      const char* names[] = {"RPM", "THROTTLE", "SPEED"};
-      const int first = slot;  // the throttle stands at a different index in each outing
-      o.Channels.resize(4);
-      for (int i = 0; i < 3; ++i) {
-        o.Channels[static_cast<std::size_t>((first + i) % 4)].Name = names[i];
-        o.Channels[static_cast<std::size_t>((first + i) % 4)].ShortName = names[i];
-      }
-      o.LastChannel = 3;
-      o.Laps.resize(2);
-      for (LapRec& lap : o.Laps) {
-        lap.LapChannels.resize(4);
-        for (LapChannelRec& c : lap.LapChannels) {
-          c.Loaded = -1;
-          c.Samples = {1, 2, 3};
-        }
-      }
-    }
-    b_.ws.FolderTable[0].SelOuting = 0;
-    b_.ws.FolderTable[0].SelChannel = 1;  // THROTTLE of outing 0
-  }
-  BareWorkspace b_;
-};
-
-TEST_F(FilterWindow, OkSetsTheChannelOfTheSameNameInEveryLoadedOuting) {
-  frmFilters f;
-  f.Form_Load(b_.ws);
-  EXPECT_EQ(f.cboKernel, "10");  // the stored 0s as the filter would run them
-  EXPECT_EQ(f.cboPoints, "1");
-  f.cboType = 4;
-  f.cboWindow = 1;
-  f.cboKernel = "60";
-  f.txtLow = "12.5";
-  f.txtHigh = "327.67";
-  ASSERT_TRUE(f.cmdOK(b_.ws));
-  EXPECT_TRUE(b_.ws.FiltersChanged);
-  for (int slot : {0, 1, 2}) {
-    const OutingRec& o = b_.Outing(slot);
-    for (int i = 0; i < 4; ++i) {
-      const ChannelRec& c = o.Channels[static_cast<std::size_t>(i)];
-      const bool changed = slot != 2 && c.Name == "THROTTLE";
-      SCOPED_TRACE(std::to_string(slot) + " " + c.Name.toStdString());
-      EXPECT_EQ(c.FilterKind, changed ? 4 : 0);
-      EXPECT_EQ(c.FilterWindow, changed ? 1 : 0);
-      EXPECT_EQ(c.FilterKernel, changed ? 60 : 0);
-      EXPECT_EQ(c.FilterLowCut, changed ? 1250 : 0);
-      EXPECT_EQ(c.FilterHighCut, changed ? 32767 : 0);
-      for (const LapRec& lap : o.Laps) EXPECT_EQ(lap.LapChannels[static_cast<std::size_t>(i)].Loaded, changed ? 0 : -1);
-    }
-  }
-  EXPECT_TRUE(b_.messages.entries.empty());
-}
-
-TEST_F(FilterWindow, OkRefusesWhatTheFilterCannotRun) {
-  struct Case {
-    int type;
-    const char* points;
-    const char* low;
-    const char* high;
-  } cases[] = {{1, "0", "1", "1"}, {2, "1", "327.68", "1"}, {3, "1", "1", "400"}, {4, "1", "500", "10"}};
-  for (const Case& k : cases) {
-    frmFilters f;
-    f.cboType = k.type;
-    f.cboPoints = k.points;
-    f.txtLow = k.low;
-    f.txtHigh = k.high;
-    const std::size_t shown = b_.messages.entries.size();
-    EXPECT_FALSE(f.cmdOK(b_.ws)) << k.type;
-    ASSERT_EQ(b_.messages.entries.size(), shown + 1) << k.type;
-    EXPECT_EQ(b_.messages.entries.back().title, "Digital Filters");
-    EXPECT_EQ(b_.Outing(0).Channels[1].FilterKind, 0) << "nothing changed";
-    EXPECT_EQ(b_.Outing(0).Laps[0].LapChannels[1].Loaded, -1);
-  }
 }
 
 }  // namespace

@@ -1,10 +1,5 @@
 #include "core/outing/ChannelData.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-#include <cmath>
-
 #include "../TestOutings.h"
 #include "core/app/Numbers.h"
 #include "core/compute/Filters.h"
@@ -21,7 +16,6 @@ class DemoFetch : public ::testing::Test {
   static void SetUpTestSuite() {
     home_ = new TestHome;
     outings_ = new std::vector<DemoOuting>;
-    ASSERT_TRUE(home_->started);
     for (const char* file : {"SILV0101.DAT", "HOCK0301.DAT", "SPIE0201.DAT", "SILV0103.CNV"}) {
       outings_->push_back(SharedDemoOuting(QString::fromLatin1(file), 2));
       ASSERT_TRUE(home_->Load(static_cast<int>(outings_->size()) - 1, outings_->back().path)) << file;
@@ -190,27 +184,6 @@ TEST_F(DemoFetch, DerivedChannelsFollowTheirRules) {
   }
 }
 
-TEST_F(DemoFetch, FetchWindowOfTheLastRowAndOfLapGroups) {
-  const int slot = 0;
-  OutingRec& o = home_->Outing(slot);
-  const int channel = 0;
-  const float rate = o.Channels[channel].Rate;
-  // The closing row has no row after it: its window is the 5,000 ms margin alone.
-  GetChannelData(ws(), slot, o.LastLap, channel);
-  EXPECT_EQ(static_cast<int64_t>(o.Laps[static_cast<std::size_t>(o.LastLap)].LapChannels[channel].Samples.size()),
-            RoundHalfEven(5000.0 * rate) + 1);
-  // Three laps displayed from the in lap run past the closing row and end there.
-  FolderRec& folder = ws().FolderTable[0];
-  folder.LapsDisplayed = 3;
-  const int in_lap = o.LastLap - 1;
-  ClearChannelCache(ws(), slot, channel);
-  GetChannelData(ws(), slot, in_lap, channel);
-  folder.LapsDisplayed = 1;
-  EXPECT_EQ(static_cast<int64_t>(o.Laps[static_cast<std::size_t>(in_lap)].LapChannels[channel].Samples.size()),
-            RoundHalfEven((LapTimeMs(o, in_lap) + 5000.0) * rate) + 1);
-  ClearChannelCache(ws(), slot, channel);
-}
-
 // On a copy of the plain outing: a channel index outside the outing does nothing, a rate of 0
 // gives one sample from the block's start, and a second fetch does not open the file.
 TEST_F(DemoFetch, FetchEdgeCases) {
@@ -273,18 +246,15 @@ TEST(ChannelData, ConvertedOutingIsFilteredButNotCalibrated) {
 // A lap is fetched for its span by the header's times, past the end of the recording too, where
 // the values are zeros; only a span no outing has is cut, so a header can't make a huge array.
 TEST(ChannelData, ALapPastTheRecordingReadsZerosThere) {
-  struct Case {
-    int32_t end_time;
-    double span_ms;
-  } cases[] = {{90000, 89500}, {2147483647, kMaxFetchSpanMs}};
-  for (const Case& k : cases) {
+  const std::pair<int32_t, double> cases[] = {{90000, 89500}, {2147483647, kMaxFetchSpanMs}};
+  for (const auto& [end_time, span_ms] : cases) {
     TestHome home;
     const QString path = home.Path("SHORT.DAT");
-    ASSERT_TRUE(WriteOuting(path, SmallHeader(k.end_time), {Block(71, 6, 2, Ramp(560, 1, 1))}));  // 56 s at 10 Hz
+    ASSERT_TRUE(WriteOuting(path, SmallHeader(end_time), {Block(71, 6, 2, Ramp(560, 1, 1))}));  // 56 s at 10 Hz
     ASSERT_TRUE(home.Load(0, path));
     GetChannelData(home.ws(), 0, 0, 0);
     const std::vector<float>& v = home.Outing(0).Laps[0].LapChannels[0].Samples;
-    ASSERT_EQ(static_cast<int64_t>(v.size()), RoundHalfEven((k.span_ms + 5000) * 0.01) + 1) << k.end_time;
+    ASSERT_EQ(static_cast<int64_t>(v.size()), RoundHalfEven((span_ms + 5000) * 0.01) + 1) << end_time;
     EXPECT_EQ(v[559], 560.0f);
     EXPECT_EQ(v[560], 0.0f);
     EXPECT_EQ(v.back(), 0.0f);

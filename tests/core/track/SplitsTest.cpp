@@ -1,9 +1,5 @@
 #include "core/track/Splits.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-
 #include "../TestOutings.h"
 #include "core/outing/ChannelData.h"
 #include "core/outing/HeaderProcessing.h"
@@ -28,12 +24,9 @@ TEST(SplitsTest, EditingTheTable) {
   b.ws.Track.SegmentStart = {0, 300, 600};
   Splits(b.ws, {0, 500});
   frmTrackSplits d(b.ws);
-  struct Case {
-    int point;
-    double value;
-    bool accepted;
-  } cases[] = {{10, 1000, true}, {10, 1000.4, false}, {10, 0, false}, {0, 200, false}, {5, 199.6, true}};
-  for (const Case& c : cases) EXPECT_EQ(d.AddNewSplit(c.point, c.value), c.accepted) << c.value;
+  const std::tuple<int, double, bool> cases[] = {
+      {10, 1000, true}, {10, 1000.4, false}, {10, 0, false}, {0, 200, false}, {5, 199.6, true}};
+  for (const auto& [point, value, accepted] : cases) EXPECT_EQ(d.AddNewSplit(point, value), accepted) << value;
   EXPECT_EQ(b.ws.Track.SplitPoints, (std::vector<int32_t>{0, 200, 500, 1000}));
 
   b.messages.answers = {false, true};
@@ -91,18 +84,15 @@ TEST(SplitsTest, UserDistances) {
   EXPECT_FALSE(d.LeaveBox(0, 0.4));
   EXPECT_EQ(LastMessage(b.messages).text, QStringLiteral("D1 split distance cannot be a zero."));
   EXPECT_EQ(LastMessage(b.messages).title, QStringLiteral("User Splits"));
-  struct Case {
-    std::array<double, 8> boxes;
-    std::vector<float> expected;
-  } cases[] = {
+  const std::pair<std::array<double, 8>, std::vector<float>> cases[] = {
       {{1000, 2000, 3000, 5000, 0, 0, 0, 0}, {1000, 2000, 3000, 4000, 4000}},  // 5000 capped, then 0 ends it
       {{1000, 800, 3000, 0, 0, 0, 0, 0}, {1000, 4000}},
       {{500.5, 1000, 1500, 2000, 2500, 3000, 3500, 3999.6}, {500, 1000, 1500, 2000, 2500, 3000, 3500, 4000}},
   };
-  for (const Case& c : cases) {
-    for (int k = 0; k < 8; ++k) ASSERT_TRUE(d.LeaveBox(k, c.boxes[static_cast<std::size_t>(k)]));
-    EXPECT_EQ(d.cmdOK(), c.expected);
-    EXPECT_EQ(b.Outing().UserSplits, c.expected);
+  for (const auto& [boxes, expected] : cases) {
+    for (int k = 0; k < 8; ++k) ASSERT_TRUE(d.LeaveBox(k, boxes[static_cast<std::size_t>(k)]));
+    EXPECT_EQ(d.cmdOK(), expected);
+    EXPECT_EQ(b.Outing().UserSplits, expected);
   }
 }
 

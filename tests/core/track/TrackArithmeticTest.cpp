@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "../TestOutings.h"
 #include "core/track/TrackCreate.h"
 #include "core/track/TrackState.h"

@@ -1,9 +1,8 @@
 #include "core/track/TrackDrawing.h"
 
-#include <gtest/gtest.h>
-
 #include "../TestOutings.h"
 #include "core/plots/RecordingSurface.h"
+#include "core/track/TrackBands.h"
 
 using namespace test_outings;
 
@@ -54,51 +53,14 @@ TEST(TrackDrawingTest, PointsLieWhereTheFitPutsThemInTheColourOfTheirStretch) {
   }
 }
 
-TEST(TrackDrawingTest, SplitsHighlightAndStretchMarkTheirPoints) {
-  BareWorkspace b;
-  FourPointMap(b.ws);
-  RecordingSurface s(9000, 6000);
-  DrawTrackMap(b.ws, s, {.ShowSplits = true, .Highlight = 1, .MarkFrom = 3, .MarkTo = 2});
-  // Split 15 falls on the first point that reaches it (20), split 30 on the last point.
-  const auto circles = s.Of(DrawOp::Kind::Circle);
-  ASSERT_EQ(circles.size(), 2u);
-  EXPECT_EQ(circles[0].x1, 1638);
-  EXPECT_EQ(circles[0].y1, 2658);
-  EXPECT_EQ(circles[1].x1, 8100);
-  EXPECT_EQ(circles[1].y1, 1200);
-  EXPECT_EQ(s.Texts(), (std::vector<QString>{"1", "2"}));
-  // The highlight is centred on point 1; the stretch 2..3 goes under the map, wide.
-  const auto boxes = s.Of(DrawOp::Kind::FilledBox);
-  ASSERT_EQ(boxes.size(), 2u);  // the start, then the highlight
-  EXPECT_EQ((boxes[1].x1 + boxes[1].x2) / 2, 2340);
-  EXPECT_EQ((boxes[1].y1 + boxes[1].y2) / 2, 3000);
-  EXPECT_EQ(boxes[1].color, kTrackMarkColor);
-  const auto lines = s.Of(DrawOp::Kind::Line);
-  ASSERT_EQ(lines.size(), 4u);
-  EXPECT_EQ(lines[0].color, kTrackMarkColor);
-  EXPECT_GT(lines[0].width, lines[1].width);
-  EXPECT_EQ(lines[0].x1, 1638);
-  EXPECT_EQ(lines[0].x2, 8100);
-}
-
-TEST(TrackDrawingTest, FindsThePointUnderTheMouseAndAtADistance) {
-  BareWorkspace b;
-  FourPointMap(b.ws);
-  RecordingSurface s(9000, 6000);
-  DrawTrackMap(b.ws, s);
-  struct Near {
-    double x, y, reach;
-    int point;
-  } near[] = {{2340, 3000, 150, 1}, {2400, 3050, 150, 1}, {5000, 5000, 150, -1}, {7000, 2000, 1e9, 3}};
-  for (const Near& n : near) EXPECT_EQ(NearestTrackPoint(b.ws, n.x, n.y, n.reach), n.point) << n.x << "," << n.y;
-  struct At {
-    double distance;
-    int point;
-  } at[] = {{0, 0}, {10, 1}, {11, 2}, {30, 3}, {99, 3}};
-  for (const At& a : at) EXPECT_EQ(TrackPointAtDistance(b.ws, a.distance), a.point) << a.distance;
-  b.ws.Track.TrackPoints.clear();
-  EXPECT_EQ(TrackPointAtDistance(b.ws, 5), -1);
-  EXPECT_EQ(NearestTrackPoint(b.ws, 0, 0, 1e9), -1);
+// Limits 0, 50, 100, 150, 200, 250: a value on a limit takes the lower band.
+TEST(TrackBands, ValueOnALimitTakesTheLowerBand) {
+  const TrackReportOptions bands;
+  const std::pair<float, int> cases[] = {
+      {-0.5f, kButtonShadowColor}, {0, bands.BandColor[0]},   {50, bands.BandColor[0]},
+      {50.5f, bands.BandColor[1]}, {100, bands.BandColor[1]}, {199.9f, bands.BandColor[3]},
+      {250, bands.BandColor[4]},   {250.1f, kButtonShadowColor}};
+  for (const auto& [value, colour] : cases) EXPECT_EQ(GetBandColor(bands, value), colour) << value;
 }
 
 }  // namespace

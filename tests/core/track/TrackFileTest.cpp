@@ -1,9 +1,5 @@
 #include "core/track/TrackFile.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-
 #include "../TestOutings.h"
 #include "core/outing/BinaryRecord.h"
 #include "core/track/TrackCreate.h"
@@ -35,27 +31,23 @@ QByteArray MapBytes(int points, const char* magic, int16_t segments = 2) {
 }
 
 TEST(TrackFileTest, LoadsEveryPointAndTheTables) {
-  struct Case {
-    const char* magic;
-    int points;
-    int extra_bytes;  // a last record cut short
-    int expected;
-  } cases[] = {{"ZOL Track Header", 0, 0, 0}, {"ZOL Track Header", 7, 0, 7}, {"zol track header", 5, 0, 5},
-               {"  ZOL TRACK HEADER", 3, 0, 3}, {"ZOL Track Header", 3, 16, 4}, {"ZOL Track Header", 3, 14, 3}};
-  for (const Case& c : cases) {
+  const std::tuple<const char*, int, int, int> cases[] = {
+      {"ZOL Track Header", 0, 0, 0},   {"ZOL Track Header", 7, 0, 7},  {"zol track header", 5, 0, 5},
+      {"  ZOL TRACK HEADER", 3, 0, 3}, {"ZOL Track Header", 3, 16, 4}, {"ZOL Track Header", 3, 14, 3}};
+  for (const auto& [magic, points, extra_bytes, expected] : cases) {
     BareWorkspace b;
     const QString path = b.dir.filePath("A.MAP");
-    QByteArray bytes = MapBytes(c.points, c.magic);
-    bytes.append(c.extra_bytes, '\x01');
+    QByteArray bytes = MapBytes(points, magic);
+    bytes.append(extra_bytes, '\x01');
     ASSERT_TRUE(WriteFileAtomically(path, bytes));
-    ASSERT_TRUE(LoadTrackFile(b.ws, path)) << c.magic;
+    ASSERT_TRUE(LoadTrackFile(b.ws, path)) << magic;
     EXPECT_TRUE(b.ws.TrackLoaded);
-    EXPECT_EQ(b.ws.Track.PointCount, c.expected) << c.magic << " " << c.points << "+" << c.extra_bytes;
+    EXPECT_EQ(b.ws.Track.PointCount, expected) << magic << " " << points << "+" << extra_bytes;
     EXPECT_EQ(b.ws.TrackLength, 4321);
     EXPECT_EQ(b.ws.Track.SegmentStart, (std::vector<int32_t>{0, 100, 200}));
     EXPECT_EQ(b.ws.Track.SplitPoints, (std::vector<int32_t>{0, 150}));
     EXPECT_EQ(b.ws.Track.TrackName, QStringLiteral("Club"));
-    if (c.points > 2) EXPECT_EQ(b.ws.Track.TrackPoints[2].X, 2.0f);
+    if (points > 2) EXPECT_EQ(b.ws.Track.TrackPoints[2].X, 2.0f);
   }
 }
 
@@ -83,26 +75,22 @@ TEST(TrackFileTest, OlderLayoutKeepsOnePointInTwenty) {
 }
 
 TEST(TrackFileTest, BadFilesLeaveNoMapAndSaySo) {
-  struct Case {
-    const char* name;
-    QByteArray bytes;
-    bool write;
-    const char* message_start;
-  } cases[] = {{"MISSING.MAP", {}, false, "Can't open file: "},
-               {"SEGS.MAP", MapBytes(4, "ZOL Track Header", 128), true, "Not a valid track map: "},
-               {"NEG.MAP", MapBytes(4, "ZOL Track Header", -1), true, "Not a valid track map: "},
-               {"SHORT.MAP", QByteArray(100, 'x'), true, "Not a valid track map: "}};
-  for (const Case& c : cases) {
+  const std::tuple<const char*, QByteArray, bool, const char*> cases[] = {
+      {"MISSING.MAP", {}, false, "Can't open file: "},
+      {"SEGS.MAP", MapBytes(4, "ZOL Track Header", 128), true, "Not a valid track map: "},
+      {"NEG.MAP", MapBytes(4, "ZOL Track Header", -1), true, "Not a valid track map: "},
+      {"SHORT.MAP", QByteArray(100, 'x'), true, "Not a valid track map: "}};
+  for (const auto& [name, bytes, write, message_start] : cases) {
     BareWorkspace b;
-    const QString path = b.dir.filePath(QString::fromLatin1(c.name));
-    ASSERT_TRUE(!c.write || WriteFileAtomically(path, c.bytes));
+    const QString path = b.dir.filePath(QString::fromLatin1(name));
+    ASSERT_TRUE(!write || WriteFileAtomically(path, bytes));
     b.ws.FolderTable[0].TrackFile = path;
     b.ws.TrackLoaded = true;
-    EXPECT_FALSE(LoadTrackFile(b.ws, path)) << c.name;
+    EXPECT_FALSE(LoadTrackFile(b.ws, path)) << name;
     EXPECT_FALSE(b.ws.TrackLoaded);
     EXPECT_TRUE(b.ws.FolderTable[0].TrackFile.isEmpty());
     ASSERT_FALSE(b.messages.entries.empty());
-    EXPECT_EQ(b.messages.entries.back().text, QString::fromLatin1(c.message_start) + path);
+    EXPECT_EQ(b.messages.entries.back().text, QString::fromLatin1(message_start) + path);
     EXPECT_EQ(b.messages.entries.back().title, QStringLiteral("Load Track"));
   }
 }
@@ -191,12 +179,17 @@ TEST(TrackFileTest, TrackDataRewritesTheHeaderOnly) {
 TEST(TrackFileTest, MapNamesStayInsideTheTrackDirectory) {
   BareWorkspace b;
   b.ws.Paths.TrackDirectory = QStringLiteral("/maps");
-  struct Case {
-    const char* name;
-    const char* path;
-  } cases[] = {{"Silverstone", "/maps/Silverstone.MAP"}, {"Club.map", "/maps/Club.MAP"}, {" GP ", "/maps/GP.MAP"},
-               {"../../etc/x", ""}, {"a/b", ""}, {"a\\b", ""}, {"C:x", ""}, {"", ""}, {".hidden", ""}};
-  for (const Case& c : cases) EXPECT_EQ(TrackPathFor(b.ws, QString::fromLatin1(c.name)), QString::fromLatin1(c.path)) << c.name;
+  const std::pair<const char*, const char*> cases[] = {{"Silverstone", "/maps/Silverstone.MAP"},
+                                                       {"Club.map", "/maps/Club.MAP"},
+                                                       {" GP ", "/maps/GP.MAP"},
+                                                       {"../../etc/x", ""},
+                                                       {"a/b", ""},
+                                                       {"a\\b", ""},
+                                                       {"C:x", ""},
+                                                       {"", ""},
+                                                       {".hidden", ""}};
+  for (const auto& [name, path] : cases)
+    EXPECT_EQ(TrackPathFor(b.ws, QString::fromLatin1(name)), QString::fromLatin1(path)) << name;
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Maps made from the demo's lateral G, gyro and GPS against the line the simulated car drove:
 // after the best rotation and shift, how far the map lies from the circuit, as a share of the lap.
 
-#include <cmath>
 #include <cstdio>
 #include <numbers>
 #include <string>

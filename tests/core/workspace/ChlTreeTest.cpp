@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include "TreeFixture.h"
-#include "core/app/Files.h"
 #include "core/workspace/LapSelection.h"
 #include "core/workspace/TreeNode.h"
 
@@ -104,61 +101,6 @@ TEST_F(TreeTest, AClickMakesWhatTheTagNamesCurrent) {
       EXPECT_EQ(Folder().ActiveChannel, k.sel_channel);
     }
   }
-}
-
-TEST_F(TreeTest, LapGroupEndsAtTheClosingRow) {
-  LoadBoth();
-  OutingRec& o = Outing(0);
-  const int last = o.LastLap;
-  Folder().LapsDisplayed = 3;
-  for (int lap : {0, last - 2, last - 1}) ShowLapLike(o, lap, o.CurLap);
-  tree.LoadTreeData();
-  struct Case {
-    int start, end_row;
-  } cases[] = {{0, 3}, {last - 2, last}, {last - 1, last}};
-  for (const Case& k : cases) {
-    const int node = NodeAt(QString::asprintf("000:%03d", k.start), kLevelLap);
-    ASSERT_GE(node, 0) << k.start;
-    const QString expected = QString::asprintf("%03d - %03d  (", o.LapNumberBase + k.start,
-                                               o.LapNumberBase + k.end_row - 1) +
-                             MinSecMs(RowTime(o, k.end_row) - RowTime(o, k.start)) + ")";
-    EXPECT_EQ(tree.Nodes()[static_cast<std::size_t>(node)].Text, expected) << k.start;
-  }
-}
-
-TEST(TreeNodeTags, ChannelClassByNumber) {
-  struct Case {
-    int key;
-    ChannelClass cls;
-  } cases[] = {{0, ChannelClass::Analog},    {63, ChannelClass::Analog},   {64, ChannelClass::Digital},
-               {111, ChannelClass::Digital}, {112, ChannelClass::Telltale}, {127, ChannelClass::Telltale},
-               {128, ChannelClass::Ecu},     {191, ChannelClass::Ecu},     {192, ChannelClass::Obm},
-               {255, ChannelClass::Obm},     {256, ChannelClass::Gps},     {287, ChannelClass::Gps},
-               {288, ChannelClass::Pcu},     {351, ChannelClass::Pcu},     {352, ChannelClass::Math},
-               {1024, ChannelClass::Math},   {1027, ChannelClass::Math}};
-  for (const Case& k : cases) EXPECT_EQ(ChannelClassOf(k.key), k.cls) << k.key;
-}
-
-TEST(LapSelection, ChannelsMatchByNumberThenByName) {
-  OutingRec o;
-  const std::pair<int, const char*> channels[] = {{5, "SYSTEM SPEED"}, {40, "RPM"}, {1027, "BRAKE BIAS"}};
-  for (const auto& [key, name] : channels) {
-    ChannelRec c;
-    c.Key = static_cast<uint16_t>(key);
-    c.ShortName = QString::fromLatin1(name);
-    o.Channels.push_back(c);
-  }
-  struct Case {
-    ChannelRef ref;
-    int expected;
-  } cases[] = {
-      {{40, "ENGINE"}, 1},           // the number wins over another name
-      {{99, "rpm "}, 1},             // no such number: the name, trimmed, case ignored
-      {{1027, "OTHER MATH"}, 2},
-      {{99, "WATER TEMP"}, -1},
-      {{-1, ""}, -1},
-  };
-  for (const Case& k : cases) EXPECT_EQ(MatchChannel(o, k.ref), k.expected) << k.ref.ShortName.toStdString();
 }
 
 }  // namespace

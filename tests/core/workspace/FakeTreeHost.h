@@ -18,8 +18,7 @@ class FakeTreeHost : public TreeHost {
     return Next(texts, title, std::optional<QString>{});
   }
   QStringList ChooseOutingFiles(const QString& title, bool) override { return Next(files, title, QStringList{}); }
-  std::vector<int> ChooseLaps(const QString& title, frmLapSelect& form, bool) override {
-    lap_rows = form.Rows();
+  std::vector<int> ChooseLaps(const QString& title, frmLapSelect&, bool) override {
     return Next(laps, title, std::vector<int>{});
   }
   std::vector<int> ChooseChannels(const QString& title, int, bool) override {
@@ -60,7 +59,6 @@ class FakeTreeHost : public TreeHost {
 
   // What the tree did: titles of the dialogs in order, the rows it offered, the tabs.
   std::vector<QString> asked;
-  std::vector<frmLapSelect::Row> lap_rows;
   std::vector<frmDatumFile::Row> datum_rows;
   int tab_count = 1;
   std::vector<std::pair<int, QString>> tabs_added;

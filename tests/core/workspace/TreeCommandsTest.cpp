@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <functional>
-
 #include "TreeFixture.h"
 #include "core/workspace/FolderSettings.h"
 #include "core/workspace/LapSelection.h"
@@ -19,17 +15,11 @@ TEST_F(TreeTest, LapCommandsRefuseUnderEntireOuting) {
     QString text, title;
   } cases[] = {
       {"AddNextLap", [&] { return tree.AddNextLap(); }, "Cannot add lap when 'Entire Outing' is selected", "Add Laps"},
-      {"AddPreviousLap", [&] { return tree.AddPreviousLap(); }, "Cannot add lap when 'Entire Outing' is selected",
-       "Add Laps"},
       {"AddAnotherLap", [&] { return tree.AddAnotherLap(); }, "Cannot add a lap when 'Entire Outing' is selected",
        "Add Laps"},
       {"DeleteCurrentLap", [&] { return tree.DeleteCurrentLap(); },
        "Cannot delete lap when 'Entire Outing' is selected", "Delete Lap"},
-      {"ReplaceCurrentLap", [&] { return tree.ReplaceCurrentLap(); },
-       "Cannot replace lap when 'Entire Outing' is selected", "Replace Lap"},
       {"ReplaceWithNextLap", [&] { return tree.ReplaceWithNextLap(); },
-       "Cannot replace lap when 'Entire Outing' is selected", "Replace Lap"},
-      {"ReplaceWithPrevious", [&] { return tree.ReplaceWithPrevious(); },
        "Cannot replace lap when 'Entire Outing' is selected", "Replace Lap"},
   };
   const std::vector<int16_t> before = ShownFlags(1);
@@ -42,87 +32,15 @@ TEST_F(TreeTest, LapCommandsRefuseUnderEntireOuting) {
   EXPECT_TRUE(host.asked.empty());
 }
 
-TEST_F(TreeTest, NeighbourLapsTakeTheCurrentLapsChannels) {
-  LoadBoth();
-  OutingRec& o = Outing(1);
-  SetChannelOn(o, o.CurLap, 2, true);
-  // Step to the in lap, then nothing lies beyond it.
-  while (o.CurLap < o.LastLap - 1) ASSERT_TRUE(tree.AddNextLap());
-  const std::vector<int16_t> at_end = ShownFlags(1);
-  EXPECT_FALSE(tree.AddNextLap());
-  EXPECT_EQ(ShownFlags(1), at_end);
-  EXPECT_EQ(o.CurLap, o.LastLap - 1);
-  EXPECT_EQ(ChannelsOnLap(o, o.CurLap), (std::vector<int>{0, 2}));
-
-  // Replacing with the previous lap moves the channels and takes the lap off.
-  const int in_lap = o.CurLap;
-  ASSERT_TRUE(tree.ReplaceWithPrevious());
-  EXPECT_EQ(o.CurLap, in_lap - 1);
-  EXPECT_EQ(o.Laps[static_cast<std::size_t>(in_lap)].Shown, 0);
-  EXPECT_TRUE(ChannelsOnLap(o, in_lap).empty());
-  EXPECT_EQ(ChannelsOnLap(o, o.CurLap), (std::vector<int>{0, 2}));
-}
-
-TEST_F(TreeTest, GroupCountIsClampedAndEntireOutingLeavesOneUnit) {
-  LoadBoth();
-  struct Case {
-    QString typed;
-    bool entire;
-    int16_t group, displayed;
-  } cases[] = {{"0", false, 1, 1},     {"4", false, 4, 4},      {"abc", false, 1, 1},
-               {"300", false, 255, 255}, {"7", true, 7, 255}};
-  for (const Case& k : cases) {
-    Folder().LapsDisplayed = 1;
-    host.group = [&](frmGroupLaps& form) {
-      form.txtLaps = k.typed;
-      form.chkEntireOuting = k.entire;
-      return true;
-    };
-    ASSERT_TRUE(tree.mnuGroupLaps());
-    EXPECT_EQ(Folder().GroupCount, k.group) << k.typed.toStdString();
-    EXPECT_EQ(Folder().LapsDisplayed, k.displayed) << k.typed.toStdString();
-  }
-  // Whole outings: each outing compares from lap 0, with the channels it carried.
-  for (int slot : {0, 1}) {
-    const OutingRec& o = Outing(slot);
-    EXPECT_EQ(o.CurLap, 0);
-    EXPECT_EQ(ChannelsOnLap(o, 0), std::vector<int>{0});
-    for (int lap = 1; lap < o.LastLap; ++lap) EXPECT_EQ(o.Laps[static_cast<std::size_t>(lap)].Shown, 0) << lap;
-  }
-}
-
-TEST_F(TreeTest, NewOutingCarriesTheChannelsInForce) {
-  host.files.push_back({First()});
-  ASSERT_TRUE(tree.AddAnotherOuting());
-  const OutingRec& first = Outing(0);
-  ASSERT_GT(first.Channels.size(), 6u);
-  host.channels.push_back({3, 6});
-  ASSERT_TRUE(tree.AddAnotherChannel());
-  EXPECT_EQ(ChannelsOnLap(first, first.CurLap), (std::vector<int>{0, 3, 6}));
-
-  Folder().LapsDisplayed = 255;  // a whole outing starts at lap 0
-  host.files.push_back({Second()});
-  ASSERT_TRUE(tree.AddAnotherOuting());
-  const OutingRec& second = Outing(1);
-  EXPECT_EQ(second.CurLap, 0);
-  EXPECT_EQ(second.PrevLap, 0);
-  std::vector<int> keys;
-  for (int c : ChannelsOnLap(second, 0)) keys.push_back(second.Channels[static_cast<std::size_t>(c)].Key);
-  EXPECT_EQ(keys, (std::vector<int>{first.Channels[0].Key, first.Channels[3].Key, first.Channels[6].Key}));
-}
-
 TEST_F(TreeTest, FolderTabsStopAtFifteen) {
   host.tab_count = 15;
   host.texts.push_back(QStringLiteral("Wet"));
   host.files.push_back({First()});
-  ws().CurOuting = 4;
   EXPECT_FALSE(tree.AddAnotherFolder());
   EXPECT_EQ(LastMessage(home.messages).text, "Maximum number of Folders loaded");
   EXPECT_EQ(LastMessage(home.messages).title, "New Folder");
   EXPECT_EQ(ws().CurFolder, 0);
-  EXPECT_EQ(ws().CurOuting, 4);
   EXPECT_EQ(Folder(1).InUse, 0);
-  EXPECT_TRUE(host.tabs_added.empty());
 
   // Below the limit: the name is cut to its 16 characters and the folder takes the outing.
   host.tab_count = 14;
@@ -130,12 +48,9 @@ TEST_F(TreeTest, FolderTabsStopAtFifteen) {
   host.files.push_back({First()});
   ASSERT_TRUE(tree.AddAnotherFolder());
   EXPECT_EQ(ws().CurFolder, 1);
-  EXPECT_EQ(Folder(1).InUse, -1);
-  EXPECT_EQ(Folder(1).Name, "Qualifying on us");
   EXPECT_NE(Outing(0, 1).Loaded, 0);
   EXPECT_EQ(tree.Nodes().front().Text, "Folder - Qualifying on us");
-  ASSERT_EQ(host.tabs_added.size(), 1u);
-  EXPECT_EQ(host.tabs_added[0].first, 1);
+  EXPECT_EQ(host.tabs_added, (std::vector<std::pair<int, QString>>{{1, "Qualifying on us"}}));
 
   // An empty name ends the command before any file is asked for.
   host.asked.clear();
@@ -155,13 +70,6 @@ TEST_F(TreeTest, DeletingTheDatumsOutingLeavesNoDatum) {
   EXPECT_EQ(Folder().DatumLap, o.FastLap);
   EXPECT_EQ(tree.Nodes()[1].Text, QString::asprintf("Datum - SILV0101.DAT - %03d  (", o.LapNumberBase + o.FastLap) +
                                       MinSecMs(RowTime(o, o.FastLap + 1) - RowTime(o, o.FastLap)) + ")");
-
-  // Another Datum lap of the same outing; the current outing stays as it was.
-  host.laps.push_back({1});
-  ASSERT_TRUE(tree.ReplaceDatumLap());
-  EXPECT_EQ(host.asked.back(), "Select Datum Lap");
-  EXPECT_EQ(Folder().DatumLap, 1);
-  EXPECT_EQ(ws().CurOuting, 1);
 
   tree.DeleteCurrentOuting(0);
   EXPECT_EQ(Outing(0).Loaded, 0);
@@ -222,63 +130,6 @@ TEST_F(TreeTest, DispatchersFollowTheLevelOfTheSelectedNode) {
   }
 }
 
-TEST_F(TreeTest, ColoursOfLapsAndOutings) {
-  LoadBoth();
-  host.colors = {7};
-  ASSERT_TRUE(tree.ChangeOutingColor());
-  EXPECT_EQ(OutingColorSet(ws(), 1), 7);
-  EXPECT_FALSE(tree.ChangeLapColor());  // the picker was cancelled
-  EXPECT_EQ(OutingColorSet(ws(), 1), 7);
-  tree.UndoLapColor();
-  EXPECT_EQ(OutingColorSet(ws(), 1), -1);
-  EXPECT_EQ(Outing(1).Laps[0].LapColor, 7);
-  tree.UndoOutingColor();
-  EXPECT_EQ(Outing(1).Laps[0].LapColor, -1);
-}
-
-TEST_F(TreeTest, HidingLeavesLapsAndOutingsInTheTree) {
-  LoadBoth();
-  const std::size_t nodes = tree.Nodes().size();
-  Outing(1).Laps[2].Hidden = -1;
-  host.hide = [](frmLapHide& form) {
-    EXPECT_TRUE(form.Rows()[2].Selected);  // a hidden lap starts selected
-    for (frmLapHide::Row& r : form.Rows()) r.Selected = r.Lap == 0;
-    return true;
-  };
-  ASSERT_TRUE(tree.mnuHideLaps());
-  EXPECT_EQ(Outing(1).Laps[0].Hidden, -1);
-  EXPECT_EQ(Outing(1).Laps[2].Hidden, 0);
-  tree.ToggleOutingHidden();
-  EXPECT_EQ(Outing(1).OutingHidden, -1);
-  tree.ToggleOutingHidden();
-  EXPECT_EQ(Outing(1).OutingHidden, 0);
-  EXPECT_EQ(tree.Nodes().size(), nodes);
-}
-
-TEST_F(TreeTest, FolderScaleFollowsTheSelectedChannel) {
-  LoadBoth();
-  ChannelRec& c = Outing(1).Channels[0];
-  struct Case {
-    float time_min, time_max, fft_min, fft_max;
-    float expect_time_min, expect_time_max, expect_fft_min, expect_fft_max;
-  } cases[] = {
-      {-2, 8, 0, 100, -2, 8, 0, 100},
-      {5, 5, 0, 50, 0, 0, 0, 50},   // no range of its own: cleared, not left from before
-      {0, 0, 0, 0, 0, 0, 0, 0},
-  };
-  for (const Case& k : cases) {
-    c.TimeMin = k.time_min;
-    c.TimeMax = k.time_max;
-    c.FftScaleMin = k.fft_min;
-    c.FftScaleMax = k.fft_max;
-    tree.LoadTreeData();
-    EXPECT_EQ(Folder().TimeScaleMin, k.expect_time_min);
-    EXPECT_EQ(Folder().TimeScaleMax, k.expect_time_max);
-    EXPECT_EQ(Folder().FftScaleMin, k.expect_fft_min);
-    EXPECT_EQ(Folder().FftScaleMax, k.expect_fft_max);
-  }
-}
-
 TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
   LoadBoth();
   // A second folder holding the first outing.
@@ -298,7 +149,6 @@ TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
     for (int c : ChannelsOnLap(*o, o->CurLap)) keys.push_back(o->Channels[static_cast<std::size_t>(c)].Key);
     EXPECT_EQ(keys, (std::vector<int>{o->Channels[0].Key, key}));
   }
-  EXPECT_EQ(ws().CurFolder, 0);
   EXPECT_EQ(ws().CurOuting, 1);
 
   // Replacing all channels by that one leaves it alone on every compared lap.
@@ -307,45 +157,6 @@ TEST_F(TreeTest, GlobalChannelsReachEveryFolderAndComeBack) {
   for (const OutingRec* o : {&Outing(0), &Outing(1), &Outing(0, 1)}) {
     EXPECT_EQ(ChannelsOnLap(*o, o->CurLap), std::vector<int>{5});
   }
-}
-
-TEST_F(TreeTest, LapSelectListsLapsWithTheirMarks) {
-  LoadBoth();
-  host.laps.push_back({});
-  tree.AddAnotherLap();
-  const OutingRec& o = Outing(1);
-  const auto& rows = host.lap_rows;
-  ASSERT_EQ(static_cast<int>(rows.size()), o.LastLap);
-  EXPECT_EQ(rows.front().Info, "Out");
-  EXPECT_EQ(rows.back().Info, "In");
-  EXPECT_EQ(rows[static_cast<std::size_t>(o.FastLap)].Info, "Fast");
-  EXPECT_EQ(rows[1].Number, QString::asprintf(" %03d", o.LapNumberBase + 1));
-  // A flying lap of the circuit: a mean speed a racing car does, in the outing's units.
-  const double speed = rows[static_cast<std::size_t>(o.FastLap)].Speed.toDouble();
-  EXPECT_GT(speed, 80.0);
-  EXPECT_LT(speed, 300.0);
-  EXPECT_EQ(frmLapSelect::kColumns, (QStringList{"Lap", "Speed", "Time", "Info", "Color"}));
-}
-
-TEST_F(TreeTest, DeletingAFolderMovesTheFoldersBehindItDown) {
-  SettingsStore& s = ws().Settings;
-  const QString app = kAppAnalysis;
-  s.Write(app, "Graph\\F2", "Top", "two");
-  s.Write(app, "Graph\\F3", "Top", "three");
-  s.Write(app, "Histo\\F3", "Bins", "30");
-  s.Write(app, "Logbook\\F16", "Rows", "sixteen");
-  Folder(1).InUse = -1;
-  ws().CurFolder = 1;
-  host.tab_count = 2;
-  ASSERT_TRUE(tree.DeleteCurrentFolder());
-  EXPECT_EQ(s.Read(app, "Graph\\F2", "Top", ""), "three");
-  EXPECT_TRUE(s.ListSection(app, "Graph\\F3").isEmpty());
-  EXPECT_EQ(s.Read(app, "Histo\\F2", "Bins", ""), "30");
-  EXPECT_EQ(s.Read(app, "Logbook\\F15", "Rows", ""), "sixteen");
-  EXPECT_TRUE(s.ListSection(app, "Logbook\\F16").isEmpty());
-  EXPECT_EQ(Folder(1).InUse, 0);
-  EXPECT_EQ(host.tabs_removed, std::vector<int>{1});
-  EXPECT_EQ(ws().CurFolder, 0);
 }
 
 TEST_F(TreeTest, ClosingTheTreeAsksBeforeUnloading) {

@@ -10,8 +10,6 @@
 
 class TreeTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(home.started); }
-
   Workspace& ws() { return home.ws(); }
   FolderRec& Folder(int f = 0) { return ws().FolderTable[static_cast<std::size_t>(f)]; }
   OutingRec& Outing(int slot, int f = 0) { return Folder(f).Outings[static_cast<std::size_t>(slot)]; }

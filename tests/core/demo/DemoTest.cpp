@@ -1,13 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <algorithm>
 #include <cmath>
 #include <map>
 
+#include "core/app/Files.h"
+#include "core/app/Messages.h"
 #include "core/demo/Centreline.h"
+#include "core/demo/DemoInstall.h"
 #include "core/demo/LapSimulator.h"
+#include "core/outing/ChannelDescriptors.h"
 
 namespace {
 
@@ -51,30 +57,52 @@ TEST(Centreline, EveryMeasuredCircuitReadsWithItsPointCountAndLength) {
 // (Silverstone ~1:39, Spielberg ~1:14, Hockenheim ~1:26), beacons on the line through the origin.
 TEST(LapSimulator, LapsHaveTheCircuitsLengthAndARealisticTime) {
   const auto refs = ReadReferences();
-  const struct {
-    const char* name;
-    double min_lap_s, max_lap_s;
-  } circuits[] = {{"Silverstone", 92, 106}, {"Spielberg", 69, 80}, {"Hockenheim", 78, 90}};
-  for (const auto& c : circuits) {
-    SCOPED_TRACE(c.name);
+  const std::tuple<const char*, double, double> circuits[] = {
+      {"Silverstone", 92, 106}, {"Spielberg", 69, 80}, {"Hockenheim", 78, 90}};
+  for (const auto& [name, min_lap_s, max_lap_s] : circuits) {
+    SCOPED_TRACE(name);
     Centreline line;
-    ASSERT_TRUE(ReadDrivenLine(kShippedTracks, c.name, line));
+    ASSERT_TRUE(ReadDrivenLine(kShippedTracks, name, line));
     SimulationOptions options;
     options.flying_laps = 3;
     const SimulatedOuting o = SimulateOuting(line, CarModel{}, options);
-    const double length = refs.at(c.name).RacelineM;
+    const double length = refs.at(name).RacelineM;
     ASSERT_EQ(o.LapTimesMs.size(), 3u);
     ASSERT_EQ(o.BeaconTimesMs.size(), 4u);
     for (int l = 0; l < 3; ++l) {
       const int from = o.BeaconTimesMs[l], to = o.BeaconTimesMs[l + 1];
       EXPECT_EQ(o.LapTimesMs[l], to - from);
       EXPECT_NEAR(o.DistanceM[to] - o.DistanceM[from], length, 0.005 * length);
-      EXPECT_GT(o.LapTimesMs[l], c.min_lap_s * 1000);
-      EXPECT_LT(o.LapTimesMs[l], c.max_lap_s * 1000);
+      EXPECT_GT(o.LapTimesMs[l], min_lap_s * 1000);
+      EXPECT_LT(o.LapTimesMs[l], max_lap_s * 1000);
       EXPECT_LT(std::hypot(o.XM[from], o.YM[from]), 15.0);
     }
     EXPECT_EQ(o.FastLapIndex, std::min_element(o.LapTimesMs.begin(), o.LapTimesMs.end()) - o.LapTimesMs.begin());
   }
+}
+
+// The demo installation: a user's own file of the same name is kept, the rest is made once.
+TEST(DemoInstall, MakesWhatIsMissingAndKeepsWhatIsThere) {
+  QTemporaryDir home;
+  DemoResult first;
+  RecordingMessages messages;
+  QString error;
+  ASSERT_TRUE(QDir().mkpath(home.filePath("Data")));
+  ASSERT_TRUE(WriteFileAtomically(home.filePath("Data/SILV0101.DAT"), QByteArray("user's own file")));
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, first, &error, 1)) << error.toStdString();
+  EXPECT_TRUE(first.Kept.contains(home.filePath("Data/SILV0101.DAT")));
+  QByteArray kept;
+  ASSERT_TRUE(ReadFileBytes(home.filePath("Data/SILV0101.DAT"), 0, 100, kept));
+  EXPECT_EQ(kept, QByteArray("user's own file"));
+  ChannelDescriptorFile dsc;
+  ASSERT_TRUE(ReadChannelDescriptorFile(home.filePath("Setup/CHANNEL.DSC"), dsc));
+  ASSERT_EQ(dsc.Records.size(), 1027u + 4);  // the keyed area, then the demo math channels
+  EXPECT_EQ(dsc.Records[1027].Name.text, "REAR_SLIP");
+  EXPECT_EQ(dsc.Records[70].Name.text, "DISTANCE");
+
+  DemoResult second;
+  ASSERT_TRUE(CreateDemoInstallation(home.path(), messages, second, &error, 1));
+  EXPECT_TRUE(second.Written.isEmpty());
 }
 
 }  // namespace
