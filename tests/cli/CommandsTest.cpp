@@ -199,12 +199,19 @@ TEST(PlotCommandLine, OneLapWhateverTheWindowsShow) {
     }
   }
 
-  for (const char* kind : {"distance", "xy", "histogram"}) {
+  // Every window a picture; the map windows on the demo's map.
+  const QString map = JoinPath(JoinPath(home.path(), "Track"), "Silverstone.MAP");
+  for (const char* kind : {"distance", "xy", "histogram", "spectrum", "spectrogram", "track", "contour", "track-report"}) {
     const QString png = JoinPath(home.path(), QStringLiteral("%1.png").arg(kind));
-    const Outcome r = Orlan(QStringList{"plot", outing, "--channels", "THROTTLE", "--laps", "1", "--kind", kind, "--out", png} + at_home);
+    const QStringList args = {"plot", outing, "--channels", "THROTTLE", "--laps", "1", "--kind", kind, "--map", map, "--out", png};
+    const Outcome r = Orlan(args + at_home);
     ASSERT_EQ(r.exit_code, 0) << kind << r.err;
     EXPECT_GT(QFileInfo(png).size(), 1000) << kind;
   }
+  const Outcome no_map = Orlan(QStringList{"plot", outing, "--channels", "THROTTLE", "--kind", "track", "--map",
+                                           JoinPath(home.path(), "none.MAP"), "--out", JoinPath(home.path(), "x.png")} + at_home);
+  EXPECT_NE(no_map.exit_code, 0);
+  EXPECT_FALSE(QFileInfo::exists(JoinPath(home.path(), "x.png")));
 }
 
 }  // namespace

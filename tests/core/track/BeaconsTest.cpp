@@ -17,7 +17,9 @@ TEST(BeaconsTest, LapTimeTexts) {
   for (const auto& [text, ms] : cases) {
     const auto got = ParseLapTime(QString::fromLatin1(text));
     ASSERT_EQ(got.has_value(), ms.has_value()) << text;
-    if (got) EXPECT_NEAR(*got, *ms, 1e-6) << text;
+    if (got) {
+      EXPECT_NEAR(*got, *ms, 1e-6) << text;
+    }
   }
 }
 
