@@ -81,7 +81,8 @@ TEST(TrackCreateTest, EachRowTakesTheNearestSensorSample) {
   o.Channels[1].Rate = 0.5f;
   o.ChanLatG = 0;
   o.ChanDistance = 1;
-  o.Laps = {LapRec{}, LapRec{0, 10}};  // 10 ms: five rows
+  o.Laps.resize(2);
+  o.Laps[1].StartTime = 10;  // 10 ms: five rows
   o.LastLap = 1;
   o.Laps[0].LapChannels.resize(2);
   for (LapChannelRec& c : o.Laps[0].LapChannels) c.Loaded = -1;

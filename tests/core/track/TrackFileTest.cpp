@@ -47,7 +47,7 @@ TEST(TrackFileTest, LoadsEveryPointAndTheTables) {
     EXPECT_EQ(b.ws.Track.SegmentStart, (std::vector<int32_t>{0, 100, 200}));
     EXPECT_EQ(b.ws.Track.SplitPoints, (std::vector<int32_t>{0, 150}));
     EXPECT_EQ(b.ws.Track.TrackName, QStringLiteral("Club"));
-    if (points > 2) EXPECT_EQ(b.ws.Track.TrackPoints[2].X, 2.0f);
+    EXPECT_TRUE(points <= 2 || b.ws.Track.TrackPoints[2].X == 2.0f);
   }
 }
 
