@@ -38,16 +38,6 @@ QVBoxLayout* Column(QWidget* owner, QLayout* options, QWidget* canvas, QWidget* 
   return layout;
 }
 
-// Paints with the plot on the canvas's picture, then leaves it on a surface of its own.
-template <class Plot>
-void PaintWith(PlotCanvas* canvas, Plot& plot, Surface& idle, const std::function<void()>& draw) {
-  canvas->Paint([&](Surface& s) {
-    plot.SetSurface(s);
-    draw();
-    plot.SetSurface(idle);
-  });
-}
-
 }  // namespace
 
 FrequencyWindow::FrequencyWindow(DialogHost& host, int folder, QWidget* parent)

@@ -32,3 +32,14 @@ class PlotCanvas : public QWidget {
   void mouseReleaseEvent(QMouseEvent* e) override;
   void mouseDoubleClickEvent(QMouseEvent* e) override;
 };
+
+// Paints with a plot class on the canvas's picture, then leaves the plot on `idle` (a surface
+// that outlives every paint).
+template <class Plot>
+void PaintWith(PlotCanvas* canvas, Plot& plot, Surface& idle, const std::function<void()>& draw) {
+  canvas->Paint([&](Surface& s) {
+    plot.SetSurface(s);
+    draw();
+    plot.SetSurface(idle);
+  });
+}

@@ -24,15 +24,6 @@ namespace {
 
 constexpr double kTwips = 15;  // twips a pixel
 
-template <class Plot>
-void PaintWith(PlotCanvas* canvas, Plot& plot, Surface& idle, const std::function<void()>& draw) {
-  canvas->Paint([&](Surface& s) {
-    plot.SetSurface(s);
-    draw();
-    plot.SetSurface(idle);
-  });
-}
-
 }  // namespace
 
 MapWindowBase::MapWindowBase(Workspace& ws, int folder, PlotWindow kind, QWidget* parent)

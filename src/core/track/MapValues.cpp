@@ -56,3 +56,10 @@ std::vector<float> ValuesAlongMap(Workspace& ws, int slot, int lap, int channel,
   }
   return values;
 }
+
+bool HasDistance(Workspace& ws, const OutingRec& outing, const QString& title, bool& warned) {
+  const bool has = outing.ChanDistance >= 0;
+  if (!has && !warned) ws.messages.Show(QStringLiteral("No distance data"), title, MessageIcon::Exclamation);
+  warned = !has;
+  return has;
+}

@@ -4,6 +4,7 @@
 // the car passed the point's distance, and a channel's value there. The contour and the graphic
 // report colour the map with these.
 
+#include <QString>
 #include <vector>
 
 struct Workspace;
@@ -18,3 +19,8 @@ std::vector<float> TimesAlongMap(Workspace& ws, int slot, int lap);
 // Per map point, `channel`'s sample nearest that time (engineering units, filtered as plotted);
 // NaN where there is no time or no sample.
 std::vector<float> ValuesAlongMap(Workspace& ws, int slot, int lap, int channel, const std::vector<float>& times);
+
+struct OutingRec;
+// False without a distance channel, after "No distance data" under `title`, said once until
+// the outing has distance again (`warned` keeps that).
+bool HasDistance(Workspace& ws, const OutingRec& outing, const QString& title, bool& warned);

@@ -49,12 +49,7 @@ void frmContour::DrawCurrentPlot() {
   int slot = 0, lap = 0;
   if (ws_.Track.TrackPoints.empty() || !MapLap(ws_, slot, lap)) return;
   const OutingRec& o = OutingAt(ws_, slot);
-  if (o.ChanDistance < 0) {
-    if (!warned_) ws_.messages.Show(QStringLiteral("No distance data"), Caption, MessageIcon::Exclamation);
-    warned_ = true;
-    return;
-  }
-  warned_ = false;
+  if (!HasDistance(ws_, o, Caption, warned_)) return;
   const int channel = ws_.FolderTable[static_cast<std::size_t>(ws_.CurFolder)].ActiveChannel;
   if (channel < 0 || channel >= static_cast<int>(o.Channels.size())) return;
   const ChannelRec& c = o.Channels[static_cast<std::size_t>(channel)];

@@ -47,12 +47,7 @@ void frmTrackReport::DrawTrackReport() {
   int slot = 0, lap = 0;
   if (ws_.Track.TrackPoints.empty() || !MapLap(ws_, slot, lap)) return;
   const OutingRec& outing = OutingAt(ws_, slot);
-  if (outing.ChanDistance < 0) {
-    if (!warned_) ws_.messages.Show(QStringLiteral("No distance data"), Caption, MessageIcon::Exclamation);
-    warned_ = true;
-    return;
-  }
-  warned_ = false;
+  if (!HasDistance(ws_, outing, Caption, warned_)) return;
   const FolderOptions& options = Folder(ws_).Options;
   Caption = QStringLiteral("Graphic Report (") + options.BandChannel.trimmed() + QStringLiteral(") : ") +
             QFileInfo(outing.FileName).completeBaseName() + QStringLiteral(" - ") + ws_.Track.TrackName.trimmed() +
